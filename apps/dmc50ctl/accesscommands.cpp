@@ -1,0 +1,115 @@
+#include "apps/dmc50ctl/accesscommands.h"
+
+#include <nlohmann/json.hpp>
+
+#include <QSet>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace {
+
+const char HOME_AND_CLEAR[] = "\x1b[H\x1b[J"; // redraws without the flicker of a full clear
+const char CLEAR_SCREEN[] = "\x1b[2J";
+
+void print(const QVector<ValueRow>& rows, const Options& options, bool with_age) {
+    if (options.json)
+        printLine(QString::fromStdString(valueJson(rows, options.format).dump()));
+    else
+        printLine(valueTable(rows, options.format, with_age));
+}
+
+/** Each different error once, for those who only see the standard error. */
+void printErrors(const QVector<ValueRow>& rows) {
+    QSet<QString> told;
+    for (const ValueRow& row : rows) {
+        if (row.result.ok() || told.contains(row.result.error))
+            continue;
+        told.insert(row.result.error);
+        printError(row.result.error);
+    }
+}
+
+bool allOk(const QVector<ValueRow>& rows) {
+    return std::all_of(rows.begin(), rows.end(),
+                       [](const ValueRow& row) { return row.result.ok(); });
+}
+
+QVector<ValueRow> readRows(PanelSession& session, const QVector<TagDefinition>& tags) {
+    const QVector<TagResult> results = session.readAll(tags);
+    QVector<ValueRow> rows;
+    for (int i = 0; i < tags.size(); ++i)
+        rows.append({tags[i], results[i]});
+    return rows;
+}
+
+/** What is known of the station beside the value, which may be an old one. */
+void addStationState(PanelSession& session, QVector<ValueRow>& rows) {
+    for (ValueRow& row : rows) {
+        if (row.tag.address.kind != AddressKind::Data)
+            continue;
+        const LinkSession& link = session.link(row.tag.link_id);
+        row.age_ms = link.stationAgeMsecs(row.tag.station);
+        if (row.result.ok())
+            row.result.error = link.stationError(row.tag.station);
+    }
+}
+
+} // namespace
+
+int runRead(PanelSession& session, const Target& target, const Options& options) {
+    session.poll(target.tags);
+    const QVector<ValueRow> rows = readRows(session, target.tags);
+    print(rows, options, false);
+    printErrors(rows);
+    return allOk(rows) ? EXIT_OK : EXIT_COMMUNICATION;
+}
+
+std::optional<QVector<QByteArray>> parseValues(const Target& target) {
+    QVector<QByteArray> values;
+    bool all_fit = true;
+    for (int i = 0; i < target.values.size(); ++i) {
+        QString problem;
+        const auto value = parseValue(target.tags[i], target.values[i], problem);
+        if (!value)
+            printError(problem);
+        all_fit = all_fit && value;
+        values.append(value.value_or(QByteArray()));
+    }
+    return all_fit ? std::optional<QVector<QByteArray>>(values) : std::nullopt;
+}
+
+int runWrite(PanelSession& session, const Target& target, const QVector<QByteArray>& values,
+             const Options& options) {
+    QVector<ValueRow> rows;
+    for (int i = 0; i < target.tags.size() && allOk(rows); ++i) {
+        const TagDefinition& tag = target.tags[i];
+        rows.append({tag, session.link(tag.link_id).write(tag, values[i], options.must_read_back)});
+    }
+    print(rows, options, false);
+    printErrors(rows);
+    return allOk(rows) ? EXIT_OK : EXIT_COMMUNICATION;
+}
+
+int runWatch(PanelSession& session, const Target& target, const Options& options,
+             const std::atomic<bool>& interrupted) {
+    const bool redraw = !options.json && isatty(STDOUT_FILENO) == 1;
+    if (redraw)
+        fputs(CLEAR_SCREEN, stdout);
+    session.poll(target.tags);
+    bool ok = true;
+    for (int round = 1; !interrupted; ++round) {
+        QVector<ValueRow> rows = readRows(session, target.tags);
+        if (interrupted)
+            break;
+        addStationState(session, rows);
+        ok = allOk(rows);
+        if (redraw)
+            fputs(HOME_AND_CLEAR, stdout);
+        print(rows, options, true);
+        if (round == options.rounds)
+            return ok ? EXIT_OK : EXIT_COMMUNICATION;
+        session.observe(options.interval_ms);
+    }
+    return EXIT_OK;
+}

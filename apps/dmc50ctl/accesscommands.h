@@ -1,0 +1,29 @@
+#ifndef APPS_DMC50CTL_ACCESSCOMMANDS_H
+#define APPS_DMC50CTL_ACCESSCOMMANDS_H
+
+#include "apps/dmc50ctl/target.h"
+#include "apps/dmc50ctl/valuetable.h"
+#include "host/panelsession.h"
+
+#include <atomic>
+
+/** The commands that talk to controllers. Each returns an exit status; they run
+ *  on the communication thread and end soon after @p interrupted is set and the
+ *  session cancelled. */
+
+int runRead(PanelSession& session, const Target& target, const Options& options);
+
+/** One tag after the other; the first failure ends it. */
+int runWrite(PanelSession& session, const Target& target, const QVector<QByteArray>& values,
+             const Options& options);
+
+/** Redraws the table in place on a terminal; elsewhere prints one after the
+ *  other, or with --json one array a line. */
+int runWatch(PanelSession& session, const Target& target, const Options& options,
+             const std::atomic<bool>& interrupted);
+
+/** The bytes of the texts in target.values; empty after a message when one of
+ *  them does not fit its tag. */
+std::optional<QVector<QByteArray>> parseValues(const Target& target);
+
+#endif

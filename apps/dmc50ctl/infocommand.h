@@ -1,0 +1,12 @@
+#ifndef APPS_DMC50CTL_INFOCOMMAND_H
+#define APPS_DMC50CTL_INFOCOMMAND_H
+
+#include "apps/dmc50ctl/options.h"
+#include "host/driverplugin.h"
+#include "host/project.h"
+
+/** Prints what the driver says of itself and, where there is one, what the
+ *  project holds. Talks to no controller. */
+int runInfo(DriverPlugin& plugin, const Project* project, const Options& options);
+
+#endif

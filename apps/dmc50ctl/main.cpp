@@ -1,0 +1,106 @@
+// Reads and writes controllers from a PC; see docs/dmc50ctl.md.
+#include "apps/dmc50ctl/communication.h"
+#include "apps/dmc50ctl/infocommand.h"
+#include "host/paneldirectory.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cstdlib>
+
+namespace {
+
+int fail(const QStringList& errors, int exit_status) {
+    for (const QString& error : errors)
+        printError(error);
+    return exit_status;
+}
+
+int runProjectBuild(const Options& options) {
+    const QString target = options.output.isEmpty()
+                               ? QDir(options.directory).filePath(QStringLiteral("panel"))
+                               : options.output;
+    const QStringList errors = buildPanelDirectory(options.directory, target);
+    if (!errors.isEmpty()) {
+        // As compilers do, without the program's name, for editors to jump to.
+        for (const QString& error : errors)
+            std::fprintf(stderr, "%s\n", error.toUtf8().constData());
+        return EXIT_COMMUNICATION;
+    }
+    printLine(target);
+    return EXIT_OK;
+}
+
+int runProjectNew(const Options& options) {
+    QString problem;
+    if (!writeSampleProject(options.directory, problem))
+        return fail({problem}, EXIT_COMMUNICATION);
+    printLine(QDir(options.directory).filePath(QLatin1String(PROJECT_FILE)));
+    return EXIT_OK;
+}
+
+int runAccess(const Options& options, const Target& target, DriverPlugin& plugin) {
+    QTemporaryDir scratch;
+    QString problem;
+    const QString panel = preparePanelDirectory(options, target.project, scratch.path(), problem);
+    if (panel.isEmpty())
+        return fail({problem}, EXIT_COMMUNICATION);
+    setPanelDirectory(panel);
+    return communicate(target, options, plugin, [&] { scratch.remove(); });
+}
+
+std::unique_ptr<DriverPlugin> loadDriver(const Options& options, QString& problem) {
+    const QString place = QCoreApplication::applicationDirPath();
+    const QString path = options.plugin.isEmpty() ? findDriverPlugin(place) : options.plugin;
+    if (!path.isEmpty())
+        return DriverPlugin::load(path, problem);
+    problem = QString::fromLatin1("the driver is in none of %1; give its path with --plugin")
+                  .arg(driverPluginPlaces(place).join(QLatin1String(", ")));
+    return nullptr;
+}
+
+int runWithDriver(const Options& options, const std::optional<Target>& target) {
+    QString problem;
+    const std::unique_ptr<DriverPlugin> plugin = loadDriver(options, problem);
+    if (!plugin)
+        return fail({problem}, EXIT_COMMUNICATION);
+    if (options.command == Options::Command::Info)
+        return runInfo(*plugin, target ? &target->project : nullptr, options);
+    return runAccess(options, *target, *plugin);
+}
+
+/** The program transfer shows notices, which need a whole Qt application. A
+ *  terminal is no place for its windows: they stay unseen. */
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv,
+                                                  const std::optional<Target>& target) {
+    if (!target || !target->needsWindows())
+        return std::make_unique<QCoreApplication>(argc, argv);
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const ParsedOptions parsed = parseOptions(argc, argv);
+    if (parsed.exit_status)
+        return *parsed.exit_status;
+    const Options& options = parsed.options;
+    std::optional<Target> target;
+    if (options.needsTarget()) {
+        const TargetReading reading = readTarget(options);
+        if (!reading.target)
+            return fail(reading.errors, reading.exit_status);
+        target = reading.target;
+    }
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv, target);
+    switch (options.command) {
+    case Options::Command::ProjectBuild:
+        return runProjectBuild(options);
+    case Options::Command::ProjectNew:
+        return runProjectNew(options);
+    default:
+        return runWithDriver(options, target);
+    }
+}

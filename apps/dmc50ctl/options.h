@@ -1,0 +1,57 @@
+#ifndef APPS_DMC50CTL_OPTIONS_H
+#define APPS_DMC50CTL_OPTIONS_H
+
+#include "host/tagvalue.h"
+
+#include <QStringList>
+
+#include <optional>
+
+enum ExitStatus {
+    EXIT_OK = 0,
+    EXIT_COMMUNICATION = 1, // or anything else that went wrong outside the command line
+    EXIT_USAGE = 2,
+    EXIT_INTERRUPTED = 130 // as shells have it: 128 and SIGINT
+};
+
+/** What the command line asks for. */
+struct Options {
+    enum class Command { Read, Write, Watch, Info, ProjectBuild, ProjectNew };
+    Command command = Command::Info;
+    QStringList items; // tag names and addresses; "name=value" to write
+
+    QString project_directory; // empty: plain addresses
+    QString port;              // empty: the project's
+    std::optional<int> station;
+    std::optional<int> baud, data_bits, stop_bits, parity; // parity as in portcodes.h
+    std::optional<int> timeout_ms, retries, delay_ms;
+
+    ValueFormat format = ValueFormat::Natural;
+    bool json = false;
+    bool must_read_back = true;
+    int interval_ms = 1000;
+    int rounds = 0; // of watch; 0: until Ctrl-C
+    QString plugin; // empty: looked for
+    QString trace_file;
+
+    QString directory; // of the project commands
+    QString output;
+
+    bool isAccess() const {
+        return command == Command::Read || command == Command::Write || command == Command::Watch;
+    }
+    bool needsTarget() const {
+        return isAccess() || (command == Command::Info && !project_directory.isEmpty());
+    }
+};
+
+/** The outcome of reading the command line. */
+struct ParsedOptions {
+    Options options;
+    std::optional<int> exit_status; // set when the program must end now
+};
+
+/** Reads the command line. Shows help, and errors on the standard error. */
+ParsedOptions parseOptions(int argc, const char* const* argv);
+
+#endif

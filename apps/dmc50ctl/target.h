@@ -1,0 +1,36 @@
+#ifndef APPS_DMC50CTL_TARGET_H
+#define APPS_DMC50CTL_TARGET_H
+
+#include "apps/dmc50ctl/options.h"
+#include "host/project.h"
+
+#include <QSet>
+
+/** What a command works on. */
+struct Target {
+    Project project;
+    QVector<TagDefinition> tags; // chosen by the command line, in its order
+    QStringList values;          // of write: the texts beside the tags
+
+    QSet<int> linkIds() const; // of the chosen tags
+    bool needsWindows() const; // for the program transfer
+};
+
+/** A Target, or why there is none. */
+struct TargetReading {
+    std::optional<Target> target;
+    QStringList errors;
+    int exit_status = EXIT_OK; // of the errors
+};
+
+/** Finds the project's tags, or makes a project of the plain addresses, with the
+ *  command line's port and timing. */
+TargetReading readTarget(const Options& options);
+
+/** Makes the panel directory that the driver will use and returns its path: that
+ *  of a built project as it stands, otherwise a fresh one in @p scratch. Empty
+ *  with the reason in @p problem on failure. */
+QString preparePanelDirectory(const Options& options, const Project& project,
+                              const QString& scratch, QString& problem);
+
+#endif

@@ -1,0 +1,34 @@
+#ifndef APPS_DMC50CTL_VALUETABLE_H
+#define APPS_DMC50CTL_VALUETABLE_H
+
+#include "host/linksession.h"
+#include "host/tagvalue.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+/** One line of output. */
+struct ValueRow {
+    TagDefinition tag;
+    TagResult result;
+    qint64 age_ms = -1; // since the station last answered; -1: unknown
+};
+
+/** Rows in columns NAME, ADDRESS, STATION, VALUE, UNIT, with @p with_age AGE, and
+ *  ERROR where there is one. A tag of plain addresses has its name only. */
+QString valueTable(const QVector<ValueRow>& rows, ValueFormat format, bool with_age);
+
+/** An array of {name, address, station, type, value, unit, age_ms, error}. Values
+ *  are numbers, or texts with --format hex or bits; a list for several elements;
+ *  null with an error. */
+nlohmann::ordered_json valueJson(const QVector<ValueRow>& rows, ValueFormat format);
+
+/** Columns as wide as their widest text, two blanks between them. */
+QString alignedColumns(const QVector<QStringList>& rows);
+
+/** Writes text and a line end to the standard output, at once. */
+void printLine(const QString& text);
+
+/** Writes "dmc50ctl: text" to the standard error. */
+void printError(const QString& text);
+
+#endif

@@ -1,0 +1,270 @@
+#include "apps/dmc50demo/demonstration.h"
+
+#include "apps/dmc50demo/furnaceline.h"
+#include "apps/dmc50demo/summary.h"
+#include "host/databasewriter.h"
+#include "host/paneldirectory.h"
+#include "host/projectreader.h"
+#include "host/tagvalue.h"
+#include "runtime/interfaces/driverinterface.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int REDRAW_MS = 200;
+constexpr int SHORT_LOOK_MS = 2500; // for the viewer, after something has changed
+constexpr int LONG_LOOK_MS = 5000;
+constexpr int PATIENCE_MS = 20000; // for something that takes a few seconds
+
+/** A demo's controllers answer within milliseconds; the sample project's patience
+ *  is meant for real lines. */
+constexpr int TIMEOUT_MS = 500;
+
+const char WRITTEN_TAG[] = "Zone 1 set point";
+constexpr quint32 WRITTEN_VALUE = 875;
+constexpr quint8 SILENT_STATION = 2;
+
+QString quoted(const QString& text) {
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+/** Lets out nothing but the changes of the line's state, which the steps tell. */
+void ignoreLog(const QString&) {}
+
+LineStatistics difference(const LineStatistics& later, const LineStatistics& earlier) {
+    LineStatistics result;
+    result.requests = later.requests - earlier.requests;
+    result.bytes_sent = later.bytes_sent - earlier.bytes_sent;
+    result.bytes_received = later.bytes_received - earlier.bytes_received;
+    return result;
+}
+
+} // namespace
+
+bool Demonstration::succeeds(const Outcome& outcome) {
+    if (!outcome.isEmpty())
+        m_screen.failed(outcome);
+    return outcome.isEmpty();
+}
+
+bool Demonstration::prepare(const QString& project_directory, const QString& panel_directory,
+                            const QString& plugin_path) {
+    return succeeds(compile(project_directory, panel_directory)) && succeeds(startLine()) &&
+           succeeds(loadDriver(plugin_path));
+}
+
+bool Demonstration::run() {
+    const bool ok = succeeds(openSession()) && succeeds(showValues()) && succeeds(writeValue()) &&
+                    succeeds(silenceStation()) && succeeds(recoverStation());
+    if (ok)
+        summarize();
+    m_session.reset(); // on the thread that used it
+    return ok;
+}
+
+Demonstration::Outcome Demonstration::compile(const QString& project_directory,
+                                              const QString& panel_directory) {
+    m_screen.begin(QStringLiteral("Compiling the project ") + project_directory);
+    QDir().mkpath(panel_directory);
+    const QStringList errors = buildPanelDirectory(project_directory, panel_directory);
+    if (!errors.isEmpty())
+        return errors.join(QLatin1Char('\n'));
+    const QDir panel(panel_directory);
+    const ProjectReading reading = readProjectFile(panel.filePath(QLatin1String(PROJECT_FILE)));
+    if (!reading.project)
+        return reading.errors.join(QLatin1Char('\n'));
+    m_project = *reading.project;
+    const QFileInfo database(panel.filePath(QLatin1String(DATABASE_FILE)));
+    if (database.size() == 0)
+        return QStringLiteral("There is no database ") + database.filePath();
+    setPanelDirectory(panel_directory);
+    m_screen.done(QString::fromLatin1("%1 tags of %2 stations in its SQLite database, %3 bytes")
+                      .arg(m_project.tags.size())
+                      .arg(m_project.nodes.size())
+                      .arg(database.size()));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::startLine() {
+    m_screen.begin(QStringLiteral("Starting a simulated RS-485 line"));
+    m_line = makeFurnaceLine(m_project);
+    const QString problem = runFurnace(*m_line, m_project);
+    if (!problem.isEmpty())
+        return problem;
+    const QString error = m_line->start();
+    if (!error.isEmpty())
+        return error;
+    for (LinkDefinition& link : m_project.links) {
+        link.port = m_line->devicePath();
+        link.timeout_ms = TIMEOUT_MS;
+        link.retries = 1;
+    }
+    m_screen.done(QString::fromLatin1("DMC50 stations 1 and 2 on the pty %1, %2 baud")
+                      .arg(m_line->devicePath())
+                      .arg(FURNACE_BAUD));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::loadDriver(const QString& path) {
+    m_screen.begin(QStringLiteral("Loading the plug-in ") + QDir().relativeFilePath(path));
+    QString problem;
+    m_plugin = DriverPlugin::load(path, problem);
+    if (!m_plugin)
+        return problem;
+    const std::unique_ptr<DriverInterface> driver = m_plugin->createDriver();
+    m_screen.done(QString::fromLatin1("driver %1 for %2, version %3")
+                      .arg(quoted(driver->name()), driver->vender(), driver->getVersionNumber()));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::openSession() {
+    QSet<int> links;
+    for (const LinkDefinition& link : m_project.links)
+        links.insert(link.id);
+    PanelSetup setup;
+    setup.log = ignoreLog;
+    QString problem;
+    m_session = PanelSession::open(m_project, links, *m_plugin, setup, problem);
+    m_tags = tagsToShow(m_project, m_screen.rowsForTable());
+    return m_session ? Outcome() : problem;
+}
+
+void Demonstration::look() {
+    m_rows = readRows(*m_session, m_tags, m_rows);
+    m_screen.refresh(m_rows);
+    m_session->observe(REDRAW_MS);
+}
+
+void Demonstration::letViewerLook(int msecs) {
+    if (m_brisk)
+        look();
+    else
+        lookUntil(msecs, [] { return false; });
+}
+
+/** False when the time is over before the condition holds. */
+bool Demonstration::lookUntil(int msecs, const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < msecs) {
+        look();
+        if (condition())
+            return true;
+    }
+    return false;
+}
+
+QString Demonstration::stationError(int station) {
+    const auto row = std::find_if(m_rows.begin(), m_rows.end(), [station](const TagRow& candidate) {
+        return candidate.tag.station == station && !candidate.error.isEmpty();
+    });
+    return row == m_rows.end() ? QString() : row->error;
+}
+
+quint32 Demonstration::memory(const TagDefinition& tag) const {
+    return m_line->station(quint8(tag.station))->read(tag.address.dword, m_line->elapsed());
+}
+
+int Demonstration::valuesUnlike(const QVector<TagRow>& before) const {
+    int count = 0;
+    for (int i = 0; i < m_rows.size(); ++i)
+        count += before[i].value != m_rows[i].value ? 1 : 0;
+    return count;
+}
+
+Demonstration::Outcome Demonstration::showValues() {
+    m_screen.begin(QStringLiteral("Reading the project's tags"));
+    m_session->poll(m_tags);
+    look();
+    const QVector<TagRow> first = m_rows;
+    const LineStatistics before = m_session->statistics();
+    QElapsedTimer timer;
+    timer.start();
+    letViewerLook(LONG_LOOK_MS);
+    if (!lookUntil(PATIENCE_MS, [&] { return valuesUnlike(first) > 0; }))
+        return QStringLiteral("No value has changed, though the furnace is running");
+    m_calm_msecs = timer.elapsed();
+    m_calm = difference(m_session->statistics(), before);
+    for (const TagRow& row : m_rows) {
+        if (row.value.isEmpty() || !row.error.isEmpty())
+            return QString::fromLatin1("%1 has no value: %2").arg(quoted(row.tag.name), row.error);
+    }
+    m_screen.keep(m_rows);
+    m_screen.done(QString::fromLatin1("%1 values read, %2 of them have changed meanwhile")
+                      .arg(m_rows.size())
+                      .arg(valuesUnlike(first)));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::writeValue() {
+    const TagDefinition* const tag = m_project.tag(QLatin1String(WRITTEN_TAG));
+    const quint32 before = memory(*tag);
+    m_screen.begin(
+        QString::fromLatin1("Writing %1 to %2").arg(WRITTEN_VALUE).arg(quoted(tag->name)));
+    QString problem;
+    const auto bytes = parseValue(*tag, QString::number(WRITTEN_VALUE), problem);
+    if (!bytes)
+        return problem;
+    const TagResult result = m_session->link(tag->link_id).write(*tag, *bytes);
+    if (!result.ok())
+        return result.error;
+    const quint32 after = memory(*tag);
+    if (before == after || after != WRITTEN_VALUE)
+        return QString::fromLatin1("The controller's memory shows %1").arg(after);
+    letViewerLook(SHORT_LOOK_MS);
+    m_screen.keep(m_rows);
+    m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now")
+                      .arg(tag->address.dword, 8, 16, QLatin1Char('0'))
+                      .arg(tag->station)
+                      .arg(before)
+                      .arg(after));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::silenceStation() {
+    m_screen.begin(QString::fromLatin1("Station %1 falls silent").arg(SILENT_STATION));
+    m_line->setFault(SILENT_STATION, simulator::Fault());
+    const bool told =
+        lookUntil(PATIENCE_MS, [this] { return !stationError(SILENT_STATION).isEmpty(); });
+    if (!told)
+        return QStringLiteral("No error has shown up");
+    const QString error = stationError(SILENT_STATION);
+    if (!error.endsWith(QLatin1String("DMC50 no response")))
+        return QStringLiteral("Another error has shown up: ") + error;
+    letViewerLook(SHORT_LOOK_MS);
+    m_screen.keep(m_rows);
+    m_screen.done(quoted(error));
+    return Outcome();
+}
+
+Demonstration::Outcome Demonstration::recoverStation() {
+    m_screen.begin(QString::fromLatin1("Station %1 answers again").arg(SILENT_STATION));
+    m_line->clearFault(SILENT_STATION);
+    QElapsedTimer timer;
+    timer.start();
+    const bool recovered =
+        lookUntil(PATIENCE_MS, [this] { return stationError(SILENT_STATION).isEmpty(); });
+    const qint64 msecs = timer.elapsed();
+    if (!recovered)
+        return stationError(SILENT_STATION);
+    letViewerLook(SHORT_LOOK_MS);
+    m_screen.keep(m_rows);
+    m_screen.done(QString::fromLatin1("its values are fresh after %1 ms").arg(msecs));
+    return Outcome();
+}
+
+void Demonstration::summarize() {
+    const simulator::LineCounters line = m_line->counters();
+    Summary summary;
+    summary.total = m_session->statistics();
+    summary.calm = m_calm;
+    summary.calm_msecs = m_calm_msecs;
+    summary.struck_by_faults = line.faults;
+    summary.stations = m_project.nodes.size();
+    m_screen.print(summary.lines());
+}

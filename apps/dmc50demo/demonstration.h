@@ -1,0 +1,67 @@
+#ifndef APPS_DMC50DEMO_DEMONSTRATION_H
+#define APPS_DMC50DEMO_DEMONSTRATION_H
+
+#include "apps/dmc50demo/screen.h"
+#include "host/driverplugin.h"
+#include "host/panelsession.h"
+#include "host/project.h"
+#include "simulator/line.h"
+
+#include <functional>
+#include <memory>
+
+/** The sample project on a simulated line, step by step. Each step checks that what
+ *  it says has happened, in the simulated controller where it can.
+ *
+ *  Thread: prepare() the GUI thread, run() a communication thread, as in the
+ *  panel's runtime. */
+class Demonstration {
+public:
+    /** A @p brisk one does not wait for the viewer. */
+    Demonstration(Screen& screen, bool brisk) : m_screen(screen), m_brisk(brisk) {}
+
+    /** Compiles the project folder into the panel directory, starts the line and
+     *  loads the driver @p plugin_path. False when a step failed, which the viewer has
+     *  been told. */
+    bool prepare(const QString& project_directory, const QString& panel_directory,
+                 const QString& plugin_path);
+
+    /** The rest; the same result. */
+    bool run();
+
+private:
+    /** Empty, or what did not happen. */
+    using Outcome = QString;
+
+    Outcome compile(const QString& project_directory, const QString& panel_directory);
+    Outcome startLine();
+    Outcome loadDriver(const QString& path);
+    Outcome openSession();
+    Outcome showValues();
+    Outcome writeValue();
+    Outcome silenceStation();
+    Outcome recoverStation();
+    void summarize();
+
+    bool succeeds(const Outcome& outcome);
+    void look();
+    void letViewerLook(int msecs);
+    bool lookUntil(int msecs, const std::function<bool()>& condition);
+    QString stationError(int station);
+    quint32 memory(const TagDefinition& tag) const;
+
+    int valuesUnlike(const QVector<TagRow>& before) const;
+
+    Screen& m_screen;
+    const bool m_brisk;
+    Project m_project;
+    std::unique_ptr<simulator::Line> m_line;
+    std::unique_ptr<DriverPlugin> m_plugin;
+    std::unique_ptr<PanelSession> m_session;
+    QVector<TagDefinition> m_tags; // in the table
+    QVector<TagRow> m_rows;        // as last shown
+    LineStatistics m_calm;         // of the seconds without a fault
+    qint64 m_calm_msecs = 0;
+};
+
+#endif

@@ -1,0 +1,21 @@
+#ifndef APPS_DMC50DEMO_FURNACELINE_H
+#define APPS_DMC50DEMO_FURNACELINE_H
+
+#include "host/project.h"
+#include "simulator/line.h"
+
+#include <memory>
+
+/** Bits a second of the demo's line. */
+constexpr int FURNACE_BAUD = 38400;
+
+/** A line on a kernel pty, as slow as a real one, with a controller for each of the
+ *  project's nodes. Not started. */
+std::unique_ptr<simulator::Line> makeFurnaceLine(const Project& project);
+
+/** Gives the controllers the values of a running vacuum furnace, most of them
+ *  moving, where the sample project's tags are. Returns what is wrong, empty when
+ *  all is well. */
+QString runFurnace(simulator::Line& line, const Project& project);
+
+#endif

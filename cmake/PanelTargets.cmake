@@ -1,0 +1,86 @@
+# Compile settings shared by all rooms, and the two ways to declare a room.
+add_library(panel_options INTERFACE)
+target_compile_options(panel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+                                               -Wnon-virtual-dtor)
+if(PANEL_WERROR)
+  target_compile_options(panel_options INTERFACE -Werror)
+endif()
+if(PANEL_SANITIZE)
+  target_compile_options(panel_options INTERFACE -fsanitize=${PANEL_SANITIZE}
+                                                 -fno-omit-frame-pointer
+                                                 -fno-sanitize-recover=all)
+  target_link_options(panel_options INTERFACE -fsanitize=${PANEL_SANITIZE})
+endif()
+if(PANEL_SANITIZE MATCHES "address")
+  add_library(address_options OBJECT ${PROJECT_SOURCE_DIR}/tests/sanitizers/addressoptions.cpp)
+  target_sources(
+    panel_options
+    INTERFACE
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:address_options>>)
+endif()
+if(PANEL_SANITIZE MATCHES "thread" AND PANEL_QT EQUAL 5)
+  # Every program tells ThreadSanitizer what Qt's synchronization means.
+  add_library(qt_synchronization OBJECT
+              ${PROJECT_SOURCE_DIR}/tests/sanitizers/qtsynchronization.cpp)
+  target_include_directories(qt_synchronization SYSTEM PRIVATE ${Qt5Core_PRIVATE_INCLUDE_DIRS})
+  target_link_libraries(qt_synchronization PRIVATE panel_qt_core)
+  target_compile_options(qt_synchronization PRIVATE -fsanitize=${PANEL_SANITIZE})
+  set_target_properties(qt_synchronization PROPERTIES CXX_STANDARD 17)
+  target_compile_options(
+    panel_options INTERFACE -include ${PROJECT_SOURCE_DIR}/tests/sanitizers/qtinlines.h)
+  target_sources(
+    panel_options
+    INTERFACE
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:qt_synchronization>>)
+  target_link_libraries(panel_options INTERFACE ${CMAKE_DL_LIBS})
+endif()
+if(PANEL_FUZZ)
+  target_compile_options(panel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# panel_moc(TARGET): runs moc over the target's headers. Its own dependencies do
+# not tell it that a configured build folder got a new header, so every
+# configuring makes it look again.
+function(panel_moc target)
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+  file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+endfunction()
+
+# panel_room(NAME [STANDARD 11|17] [LIBRARIES ...]): an object library of every
+# .cpp, .h and .qrc file in the calling folder. Objects, not an archive: the
+# plug-in must carry all of a room, also what the driver does not call.
+function(panel_room name)
+  cmake_parse_arguments(ROOM "" "STANDARD" "LIBRARIES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+  if(NOT sources)
+    add_library(${name} INTERFACE)
+    return()
+  endif()
+  add_library(${name} OBJECT ${sources})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ROOM_LIBRARIES} PRIVATE panel_options)
+  set_target_properties(
+    ${name}
+    PROPERTIES CXX_STANDARD ${ROOM_STANDARD}
+               AUTORCC ON
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON)
+  panel_moc(${name})
+endfunction()
+
+# panel_test(NAME SOURCES... LIBRARIES ...): a GoogleTest program whose tests
+# are known to ctest one by one.
+function(panel_test name)
+  cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  if(NOT TEST_TIMEOUT)
+    set(TEST_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} test_support panel_options)
+  set_target_properties(${name} PROPERTIES CXX_STANDARD 17 AUTORCC ON)
+  panel_moc(${name})
+  gtest_discover_tests(
+    ${name}
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${TEST_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,43 @@
+#ifndef RUNTIME_PANEL_MESSAGECENTERITEMWIDGET_H
+#define RUNTIME_PANEL_MESSAGECENTERITEMWIDGET_H
+
+#include "runtime/interfaces/panelservice.h"
+
+#include <QWidget>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+class QPushButton;
+QT_END_NAMESPACE
+
+/** One notice of the message panel: its text and an "X" button that asks for
+ *  its removal. Thread: GUI. */
+class PANEL_SERVICE MessageCenterItemWidget : public QWidget {
+    Q_OBJECT
+public:
+    static const int FormHeight = 61;  ///< pixels as built, and of the row that it gets
+    static const int EntryHeight = 60; ///< in that row, as high as its button
+
+    explicit MessageCenterItemWidget(QWidget* parent = nullptr);
+
+    void setMessage(const QString& text);
+
+    /** The height of the remove button, in pixels. */
+    int getHeight() const;
+
+signals:
+    /** The user clicked "X". The widget itself removes nothing. */
+    void removeClicked();
+
+private slots:
+    void makeBeep();
+
+private:
+    void buildForm();
+
+    // Both are children of this widget.
+    QLabel* label_msg;
+    QPushButton* pushButton_remove;
+};
+
+#endif

@@ -1,0 +1,27 @@
+#ifndef RUNTIME_PANEL_STORAGESYSTEM_H
+#define RUNTIME_PANEL_STORAGESYSTEM_H
+
+#include <QByteArray>
+
+#include <sys/statvfs.h>
+
+/** The system calls of the storage monitor, so that tests can give it recorded
+ *  mount tables and keep it from unmounting the developer's disks. Any thread. */
+class StorageSystem {
+public:
+    virtual ~StorageSystem() {}
+
+    /** system(): runs a shell command line and waits for its end. */
+    virtual void runShell(const QByteArray& command_line);
+
+    virtual void unmount(const QByteArray& directory);
+    virtual bool exists(const QByteArray& directory);
+
+    /** Measures a file system. On failure @p info is all zero. */
+    virtual bool measure(const QByteArray& directory, struct statvfs& info);
+
+    /** The machine's own calls; lives for ever. */
+    static StorageSystem& real();
+};
+
+#endif

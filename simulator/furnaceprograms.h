@@ -1,0 +1,26 @@
+#ifndef SIMULATOR_FURNACEPROGRAMS_H
+#define SIMULATOR_FURNACEPROGRAMS_H
+
+#include <QtGlobal>
+
+#include <array>
+
+namespace simulator {
+
+/** The controller's program memory: 32 programs of 24 double words, one every
+ *  0x20 addresses from 0x1000. */
+constexpr int program_count = 32;
+constexpr int program_length = 24;
+constexpr quint32 program_base = 0x1000;
+constexpr quint32 program_spacing = 0x20;
+
+using FurnaceProgram = std::array<quint32, program_length>;
+
+/** The program that a new controller holds in slot @p number, 1 to 32. Double
+ *  words: set point (degrees), hours, minutes, seconds, soak band + and -, PID
+ *  group, an unused one, events 1 to 12 and inputs 1 to 4 as 0 or 1. */
+FurnaceProgram factoryProgram(int number);
+
+} // namespace simulator
+
+#endif

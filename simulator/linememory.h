@@ -1,0 +1,23 @@
+#ifndef SIMULATOR_LINEMEMORY_H
+#define SIMULATOR_LINEMEMORY_H
+
+#include "simulator/line.h"
+#include "simulator/numbers.h"
+
+namespace simulator {
+
+/** The stations that @p address means: the one it names, if the line has it, or
+ *  all of them. */
+std::vector<Station*> stationsOf(const Line& line, const StationAddress& address);
+
+/** Writes a memory file into the stations of @p line. Returns the error, empty
+ *  on success; with an error nothing is written. */
+QString loadMemory(const Line& line, const QString& file_name);
+
+/** Saves all stations of @p line; loadMemory() takes the file. Returns the
+ *  error, empty on success. */
+QString saveMemory(const Line& line, const QString& file_name);
+
+} // namespace simulator
+
+#endif

@@ -1,0 +1,37 @@
+#ifndef SIMULATOR_MEMORYFILE_H
+#define SIMULATOR_MEMORYFILE_H
+
+#include "simulator/numbers.h"
+
+#include <QString>
+
+#include <map>
+#include <vector>
+
+namespace simulator {
+
+/** One line of a memory file. */
+struct MemoryEntry {
+    StationAddress address;
+    quint32 value = 0;
+    int line = 0; // of the file, from 1
+};
+
+/** The contents of a memory file, or why it cannot be used. */
+struct MemoryFile {
+    std::vector<MemoryEntry> entries;
+    QString error; // "FILE:LINE: what is wrong and what would be right", or empty
+};
+
+/** Reads "ADDRESS VALUE" lines; see docs/simulator.md. All or nothing: with an
+ *  error there are no entries. */
+MemoryFile loadMemoryFile(const QString& file_name);
+
+/** Writes one line per double word of each station, replacing the file only
+ *  when all of it could be written. Returns the error, empty on success. */
+QString saveMemoryFile(const QString& file_name,
+                       const std::map<quint8, std::map<quint32, quint32>>& stations);
+
+} // namespace simulator
+
+#endif

@@ -1,0 +1,23 @@
+// Linked into every program of an AddressSanitizer build: the sanitizer's
+// options, so that nothing has to be set in the environment. What is left out
+// here is memory of libraries that are not ours.
+
+extern "C" {
+
+/** A host and the plug-in both carry the panel services, on purpose: the same
+ *  global twice is no error unless its size differs. */
+const char* __asan_default_options() {
+    return "detect_odr_violation=1";
+}
+
+const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
+
+/** Qt's offscreen platform never deletes its screen, nor the D-Bus library the
+ *  buffers of a connection to the end of the program. */
+const char* __lsan_default_suppressions() {
+    return "leak:libqoffscreen.so\n"
+           "leak:libdbus-1.so\n";
+}
+}

@@ -1,0 +1,197 @@
+// What can go wrong around a transfer: the stick, the line, the panel's own
+// impatience.
+#include "tests/support/goldenprograms.h"
+#include "tests/support/limitedfilesize.h"
+#include "tests/unit/dmc50v3/transferfixture.h"
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+const char* const NoStickNotice = "DMC50|The system can't not detect the USB Stick.|1";
+
+class ExporterTrouble : public TransferFixture {
+protected:
+    /** The stick is gone, and the storage monitor has noticed or not. */
+    void pullStick(bool is_noticed) {
+        m_stick.remove();
+        if (is_noticed)
+            m_environment.pullStick();
+    }
+
+    /** Reads every tag as the panel does, from a thread of its own, until told
+     *  to stop. True if no value was ever out of its range. */
+    bool pollAllTags(const std::atomic<bool>& stop) {
+        bool sane = true;
+        while (!stop) {
+            for (const char* flag : {"VVT_ENABLE0", "VVT_ENABLE1", "VVT_ERROR0", "VVT_ERROR1"})
+                sane = sane && (readTag(flag) | 1) == 1;
+            for (const char* progress : {"VVT_PROGRESS0", "VVT_PROGRESS1"})
+                sane = sane && readTag(progress) >= 0 && readTag(progress) <= 100;
+            std::this_thread::yield();
+        }
+        return sane;
+    }
+};
+
+} // namespace
+
+TEST_F(ExporterTrouble, AStickPulledDuringAReadIsAReportedError) {
+    m_on_program_read = [this](int number) {
+        if (number == 2)
+            pullStick(true);
+        return true;
+    };
+    read(7, 3);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledUnnoticedDuringAReadIsAnErrorWithoutALog) {
+    m_on_program_read = [this](int number) {
+        if (number == 2)
+            pullStick(false);
+        return true;
+    };
+    read(7, 3);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledAfterAReadIsMissedByTheNextOnly) {
+    read(7, 1);
+    pullStick(true);
+    m_environment.pass(2000);
+    expectIdle();
+    EXPECT_EQ(readTag("VVT_ERROR1"), 0);
+    read(7, 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledAfterTheFileIsLoadedDoesNotStopAWrite) {
+    saveTable(7, 32);
+    m_port.setAnswer([this](const QByteArray& request) {
+        pullStick(true);
+        return m_controller.answer(request);
+    });
+    write(7, 32);
+    EXPECT_EQ(program(32), imageOf(32));
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledBeforeAFailedWriteIsLoggedIsStillAnError) {
+    saveTable(7, 32);
+    m_port.m_timeout = 9000;
+    m_port.m_retries = 1;
+    m_port.setAnswer([this](const QByteArray&) {
+        pullStick(true);
+        m_clock.sleepMsecs(quint32(m_port.m_timeout));
+        return QByteArray();
+    });
+    write(7, 32);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AFullStickLeavesATruncatedFileThatCountsAsSaved) {
+    choose(7, 3); // makes the project's database
+    {
+        const LimitedFileSize full(700);
+        read(7, 3);
+    }
+    EXPECT_EQ(m_stick.read(file(7)).size(), 700);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 0);
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickThatCannotBeWrittenIsAnErrorWithoutALog) {
+    m_environment.mountStick(QLatin1String("/proc")); // no file can be made there
+    read(7, 1);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AControllerThatFallsSilentForGoodEndsTheReadAtOnce) {
+    m_port.m_retries = 1;
+    m_on_program_read = [](int number) { return number < 20; };
+    read(7, 32);
+    EXPECT_TRUE(m_stick.read(QLatin1String("READ_PROG_7_ERROR.txt")).contains("[NA1260]"));
+    EXPECT_FALSE(m_stick.contains(file(7)));
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, ReadAndWriteRequestedTogetherRunOneAfterTheOther) {
+    saveTable(8, 32);
+    bool overlapped = false;
+    int reads_seen = 0;
+    m_port.setAnswer([&](const QByteArray& request) {
+        const bool is_read = requestCommand(request) == "RN";
+        reads_seen += is_read;
+        overlapped = overlapped || (readTag("VVT_ENABLE0") == 1 && is_read);
+        return m_controller.answer(request);
+    });
+    choose(8, 32);
+    writeTag("VVT_ENABLE1", 1);
+    writeTag("VVT_ENABLE0", 1);
+    waitForWorker();
+    EXPECT_FALSE(overlapped);
+    EXPECT_EQ(reads_seen, 32);
+    // The read came first and replaced the file, so zeros were written.
+    EXPECT_EQ(program(32), imageOf(0));
+    m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, APanelThatPollsEveryTagMeanwhileSeesSaneValues) {
+    saveTable(8, 32);
+    std::atomic<bool> stop(false);
+    bool sane = false;
+    std::thread panel([&] { sane = pollAllTags(stop); });
+    read(7, 32);
+    m_environment.pass(2000);
+    write(8, 32);
+    m_environment.pass(2000);
+    stop = true;
+    panel.join();
+    EXPECT_TRUE(sane);
+    EXPECT_EQ(program(32), imageOf(32));
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, NarrowTextsMeanTheSameAfterEveryWayOut) {
+    const auto narrow = [] { return QString("\263]\251w"); };
+    const QString before = narrow();
+    read(7, 1);
+    EXPECT_EQ(narrow(), before);
+    m_environment.pass(2000);
+    read(-1, 1);
+    EXPECT_EQ(narrow(), before);
+    m_environment.pass(2000);
+    m_environment.mountStick(QLatin1String("/nowhere")); // no file can be opened
+    read(7, 1);
+    EXPECT_EQ(narrow(), before);
+    m_environment.pass(2000);
+    read(-1, 1);
+    EXPECT_EQ(narrow(), before);
+    m_environment.pass(2000);
+    m_environment.pullStick();
+    read(7, 1);
+    EXPECT_EQ(narrow(), before);
+    m_environment.mountStick(m_stick.path());
+    m_port.m_retries = 1;
+    m_on_program_read = [](int) { return false; }; // times out
+    read(7, 1);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    EXPECT_EQ(narrow(), before);
+}

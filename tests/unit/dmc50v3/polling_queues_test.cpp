@@ -1,0 +1,142 @@
+#include "tests/unit/dmc50v3/pollingfixture.h"
+
+namespace {
+class PollingWrites : public PollingFixture {};
+class PollingReads : public PollingFixture {};
+} // namespace
+
+TEST_F(PollingWrites, SixtyPairsGoOutAsTwentyFiveTwentyFiveAndTen) {
+    start();
+    queueWrites(1, 60);
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(1), 60);
+    EXPECT_TRUE(m_probe->sendWrites());
+    EXPECT_EQ(sent(), Frames({"WN 1 25", "WN 1 25", "WN 1 10"}));
+    EXPECT_EQ(m_controller.value(1, 0x1000 + 59), 59u);
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(1), 0);
+}
+
+TEST_F(PollingWrites, StationsGoOutInAscendingOrder) {
+    start();
+    queueWrites(2, 1);
+    queueWrites(1, 1);
+    EXPECT_TRUE(m_probe->sendWrites());
+    EXPECT_EQ(sent(), Frames({"WN 1 1", "WN 2 1"}));
+}
+
+TEST_F(PollingWrites, WithoutRetriesAFailedFrameIsLost) {
+    start();
+    queueWrites(1, 26);
+    stayingSilent();
+    EXPECT_FALSE(m_probe->sendWrites());
+    EXPECT_EQ(sent(), Frames({"WN 1 25"}));
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(1), 1);
+    EXPECT_EQ(m_thread->getLastError().toStdString(),
+              "write station id#1 address 00001000DMC50 no response");
+}
+
+TEST_F(PollingWrites, AFailedFrameIsRepeatedAsOftenAsThePortAllows) {
+    m_port.m_retries = 2;
+    start();
+    queueWrites(1, 1);
+    stayingSilent();
+    const qint64 before = m_clock.msecsSinceBoot();
+    EXPECT_FALSE(m_probe->sendWrites());
+    EXPECT_EQ(sent(), Frames({"WN 1 1", "WN 1 1", "WN 1 1"}));
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 3 * (10 + 3000)); // a pause before each
+}
+
+TEST_F(PollingWrites, AWriteIsRefusedWhileTheLineIsInError) {
+    start();
+    m_thread->setCommError(QString::fromLatin1("down"));
+    EXPECT_FALSE(m_thread->writeDWord(1, AddrArg{1, 1}));
+    EXPECT_FALSE(m_thread->writeDWords(1, {AddrArg{1, 1}}));
+    EXPECT_TRUE(m_thread->addrArgQueueMapIsEmpty());
+}
+
+TEST_F(PollingWrites, QueuedWritesWaitUntilTheErrorIsCleared) {
+    start();
+    queueWrites(1, 1);
+    m_thread->setCommError(QString::fromLatin1("down"));
+    EXPECT_FALSE(m_probe->sendWrites());
+    EXPECT_TRUE(sent().empty());
+    m_probe->cycle(); // idle: clears the error
+    m_probe->cycle();
+    EXPECT_EQ(sent(), Frames({"WN 1 1"}));
+}
+
+TEST_F(PollingReads, AReadOfAnAddressInTheCacheSendsNoFrame) {
+    m_controller.setValue(1, 0x1000, 8);
+    startSession(1);
+    m_probe->cycle();
+    m_port.forgetCalls();
+    m_thread->pushReadAddresses(1, {0x1000});
+    m_probe->fetchReads();
+    EXPECT_TRUE(sent().empty());
+    QByteArray data(4, '\0');
+    EXPECT_TRUE(m_thread->readOnceData(1, data, {0x1000}, {0}));
+    EXPECT_EQ(data, QByteArray("\x08\0\0\0", 4));
+}
+
+TEST_F(PollingReads, QueuedReadsAreFetchedInRunsOfFiftyInQueueOrder) {
+    start();
+    m_thread->pushReadAddresses(2, {0x11, 0x10, 0x11});
+    m_thread->pushReadAddresses(1, AddressVector(51, 0x1000));
+    m_probe->fetchReads();
+    EXPECT_EQ(sent(), Frames({"RN 1 50", "RN 1 1", "RN 2 3"}));
+    EXPECT_EQ(requestItems(m_port.requests().at(2)), QList<quint32>() << 0x11 << 0x10 << 0x11);
+    EXPECT_TRUE(m_thread->readAddrQueueMapIsEmpty());
+}
+
+TEST_F(PollingReads, ARunThatFailsAfterItsRetriesIsGivenUp) {
+    m_port.m_retries = 1;
+    start();
+    stayingSilent();
+    m_thread->pushReadAddresses(1, {0x1000});
+    m_probe->fetchReads();
+    EXPECT_EQ(sent(), Frames({"RN 1 1", "RN 1 1"}));
+    EXPECT_FALSE(m_thread->addrInReadOnceDataMap(1, 0x1000));
+    EXPECT_TRUE(m_thread->readAddrQueueMapIsEmpty());
+}
+
+TEST_F(PollingReads, QueuedWritesDoNotInterruptAFetch) {
+    start();
+    m_thread->pushReadAddresses(1, AddressVector(60, 0x1000));
+    queueWrites(1, 1);
+    m_probe->fetchReads();
+    EXPECT_EQ(sent(), Frames({"RN 1 50", "RN 1 10"}));
+}
+
+TEST_F(PollingReads, AReadOnceOfASilentControllerFailsAfterTheWholeBudget) {
+    m_port.m_timeout = 3000;
+    m_port.m_retries = 2;
+    start();
+    QByteArray data(4, '\0');
+    const qint64 before = m_clock.msecsSinceBoot();
+    EXPECT_FALSE(m_thread->readOnceData(1, data, {0x1000}, {0}));
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 9000);
+}
+
+TEST_F(PollingReads, ATransientErrorIsWaitedOut) {
+    start();
+    m_thread->setCommError(QString::fromLatin1("down"));
+    QByteArray data(4, '\0');
+    AddressVector miss;
+    UCharVector miss_indexes;
+    const qint64 before = m_clock.msecsSinceBoot();
+    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 3000);
+    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
+    m_thread->clearError();
+    EXPECT_TRUE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
+    EXPECT_EQ(miss, AddressVector({0x1000}));
+}
+
+TEST_F(PollingReads, AStoppedThreadAnswersNoReader) {
+    start();
+    m_thread->stop();
+    QByteArray data(4, '\0');
+    AddressVector miss;
+    UCharVector miss_indexes;
+    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
+    EXPECT_FALSE(m_thread->readOnceData(1, data, {0x1000}, {0}));
+}

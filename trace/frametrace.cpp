@@ -1,0 +1,58 @@
+#include "trace/frametrace.h"
+
+#include "trace/escapedtext.h"
+
+#include <QFileDevice>
+
+#include <ctime>
+
+namespace trace {
+
+namespace {
+
+QByteArray milliseconds(qint64 microseconds) {
+    return QByteArray::number(double(microseconds) / 1000.0, 'f', 3);
+}
+
+} // namespace
+
+qint64 monotonicMicroseconds() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return qint64(now.tv_sec) * 1000000 + now.tv_nsec / 1000;
+}
+
+QByteArray traceLine(qint64 time, Direction direction, qint64 gap, const QByteArray& bytes) {
+    const QByteArray columns[] = {
+        milliseconds(time).rightJustified(14),
+        direction == Direction::Request ? "->" : "<-",
+        gap < 0 ? QByteArray("-") : "+" + milliseconds(gap),
+        escapedText(bytes),
+        describeFrame(direction, bytes),
+        describeChecksum(bytes),
+    };
+    QByteArray line;
+    for (const QByteArray& column : columns)
+        line += line.isEmpty() ? column : "\t" + column;
+    return line;
+}
+
+FrameTrace::FrameTrace(QIODevice* device) : m_device(device) {}
+
+bool FrameTrace::record(Direction direction, const QByteArray& bytes) {
+    return record(direction, bytes, monotonicMicroseconds());
+}
+
+bool FrameTrace::record(Direction direction, const QByteArray& bytes, qint64 time) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    const qint64 gap = m_last_time < 0 ? -1 : time - m_last_time;
+    m_last_time = time;
+    const QByteArray line = traceLine(time, direction, gap, bytes) + '\n';
+    if (m_device->write(line) != line.size())
+        return false;
+    // A trace is read while it grows, and after a crash.
+    auto* file = qobject_cast<QFileDevice*>(m_device);
+    return !file || file->flush();
+}
+
+} // namespace trace

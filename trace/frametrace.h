@@ -1,0 +1,43 @@
+#ifndef TRACE_FRAMETRACE_H
+#define TRACE_FRAMETRACE_H
+
+#include "trace/framedecode.h"
+
+#include <mutex>
+
+class QIODevice;
+
+namespace trace {
+
+/** Microseconds of CLOCK_MONOTONIC: the same for every program of a machine, so
+ *  that the traces of both ends of a line can be sorted into one. */
+qint64 monotonicMicroseconds();
+
+/** One line of a trace, without the line end: time, direction, gap, bytes,
+ *  fields and checksum, separated by tabs. Times are in microseconds;
+ *  @p gap below 0 stands for "no frame before this one". */
+QByteArray traceLine(qint64 time, Direction direction, qint64 gap, const QByteArray& bytes);
+
+/** Writes one line per frame to a device. Any thread may record; the device
+ *  must be open for writing, outlive the trace and be used by nobody else. */
+class FrameTrace {
+public:
+    explicit FrameTrace(QIODevice* device);
+    FrameTrace(const FrameTrace&) = delete;
+    FrameTrace& operator=(const FrameTrace&) = delete;
+
+    /** Writes the frame as of now. Returns false when the device refuses. */
+    bool record(Direction direction, const QByteArray& bytes);
+
+    /** Writes the frame as of @p time, in microseconds of the caller's clock. */
+    bool record(Direction direction, const QByteArray& bytes, qint64 time);
+
+private:
+    std::mutex m_mutex; // guards all below
+    QIODevice* const m_device;
+    qint64 m_last_time = -1; // of the last frame, microseconds; -1 before the first
+};
+
+} // namespace trace
+
+#endif
