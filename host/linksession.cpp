@@ -3,6 +3,7 @@
 #include "trace/frametrace.h"
 
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QtEndian>
 
 #include <algorithm>
@@ -14,6 +15,12 @@ constexpr int FRAME_ADDRESSES = 50;        // that the driver reads with one req
 constexpr qint64 ERROR_GRACE_MS = 200;     // for a failure's text to show up
 
 const char INTERRUPTED[] = "interrupted";
+
+/** The station that a driver's error text names; 0: none. */
+int stationIn(const QString& error) {
+    static const QRegularExpression station_id(QStringLiteral("station id#(\\d+)"));
+    return station_id.match(error).captured(1).toInt();
+}
 
 /** Requests that the driver needs to read all of @p tags, at most. */
 quint64 scanFrames(const QVector<TagDefinition>& tags) {
@@ -30,8 +37,9 @@ quint64 scanFrames(const QVector<TagDefinition>& tags) {
 
 /** What is seen of the driver while a write is on its way. */
 struct LinkSession::Watch {
+    int station = 0;     // that is written to
     QString error;       // the last one seen
-    QString write_error; // the last one seen about a write
+    QString write_error; // the last one seen about a write to the station
     qint64 deadline = 0; // the clock's time, ms
 };
 
@@ -58,14 +66,19 @@ void LinkSession::poll(const QVector<TagDefinition>& tags) {
  *  station from the address. */
 void LinkSession::setSession(const QVector<TagDefinition>& tags) {
     QList<CommunicatorCommand> commands;
+    QSet<int> stations;
     for (const TagDefinition& tag : tags) {
-        if (tag.address.kind == AddressKind::Data)
-            commands.append(CommunicatorCommand(
-                QString::fromLatin1("%1-%2").arg(tag.station).arg(tag.address.text),
-                CommunicatorCommand::DoubleWord, tag.dwords()));
+        if (tag.address.kind != AddressKind::Data)
+            continue;
+        commands.append(
+            CommunicatorCommand(QString::fromLatin1("%1-%2").arg(tag.station).arg(tag.address.text),
+                                CommunicatorCommand::DoubleWord, tag.dwords()));
+        stations.insert(tag.station);
     }
-    if (!commands.isEmpty()) // the driver ignores an empty list
-        m_driver->setSessionCommand(commands);
+    if (commands.isEmpty())
+        return; // the driver ignores an empty list
+    m_driver->setSessionCommand(commands);
+    m_session_stations = stations;
 }
 
 qint64 LinkSession::patienceMsecs() const {
@@ -122,11 +135,10 @@ int LinkSession::waitingWrites(int station) {
 }
 
 QString LinkSession::lookForError() {
-    static const QRegularExpression station_id(QStringLiteral("station id#(\\d+)"));
     if (!m_driver->hasError())
         return QString();
     const QString text = m_driver->getLastError();
-    m_errors[station_id.match(text).captured(1).toInt()] = {text, trace::monotonicMicroseconds()};
+    m_errors[stationIn(text)] = {text, trace::monotonicMicroseconds()};
     return text;
 }
 
@@ -147,7 +159,7 @@ bool LinkSession::tick(Watch& watch) {
     const QString error = lookForError();
     if (!error.isEmpty())
         watch.error = error;
-    if (error.startsWith(QLatin1String("write ")))
+    if (error.startsWith(QLatin1String("write ")) && stationIn(error) == watch.station)
         watch.write_error = error;
     if (m_cancelled || m_clock.msecsSinceBoot() >= watch.deadline)
         return false;
@@ -156,15 +168,24 @@ bool LinkSession::tick(Watch& watch) {
 }
 
 /** While the link is in error the driver takes a write, drops it and reports
- *  success; so one is made only when it is not. */
-bool LinkSession::awaitNoError(QString& error) {
+ *  success, whichever station the error is of. So one is made only when there is
+ *  none, and, with @p must_answer, when @p station has answered: that is how the
+ *  end of the last request to another station is seen, which might still fail. */
+bool LinkSession::awaitTurn(int station, bool must_answer, QString& error) {
+    const qint64 last_reply = m_port->lastGoodReplyUsecs(station);
+    if (must_answer)
+        waitingWrites(station); // for its side effect: it starts the driver's thread
     Watch watch;
-    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
-    while (m_driver->hasError()) {
-        if (!tick(watch)) {
-            error = m_cancelled ? QLatin1String(INTERRUPTED) : watch.error;
-            return false;
-        }
+    watch.deadline = m_clock.msecsSinceBoot() + 2 * patienceMsecs(); // another station's, its own
+    const auto is_answered = [&] { return m_port->lastGoodReplyUsecs(station) != last_reply; };
+    while (m_driver->hasError() || (must_answer && !is_answered())) {
+        if (tick(watch))
+            continue;
+        if (m_cancelled)
+            error = QLatin1String(INTERRUPTED);
+        else if (m_driver->hasError())
+            error = watch.error;
+        return error.isEmpty();
     }
     return true;
 }
@@ -208,6 +229,7 @@ void LinkSession::awaitFirstScan() {
 TagResult LinkSession::checkedWrite(const TagDefinition& tag, const QByteArray& data,
                                     bool must_read_back) {
     Watch watch;
+    watch.station = tag.station;
     if (awaitDrained(tag.station, watch))
         awaitScan({tag}, watch);
     TagResult result = read(tag);
@@ -221,17 +243,24 @@ TagResult LinkSession::checkedWrite(const TagDefinition& tag, const QByteArray& 
     return result;
 }
 
+TagResult LinkSession::hand(const TagDefinition& tag, const QByteArray& data) {
+    m_port->setStationId(tag.station);
+    if (m_driver->write(m_port.get(), tag.command(), data))
+        return {};
+    return {QByteArray(), failureText(tag.station)};
+}
+
 TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
                              bool must_read_back) {
-    TagResult result;
-    if (!awaitNoError(result.error))
-        return result;
+    if (m_cancelled)
+        return {QByteArray(), QLatin1String(INTERRUPTED)};
+    if (tag.address.kind != AddressKind::Data)
+        return hand(tag, data); // whatever the state of the line
+    const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();
     setSession({tag});
-    m_port->setStationId(tag.station);
-    if (!m_driver->write(m_port.get(), tag.command(), data))
-        result.error = failureText(tag.station);
-    else if (tag.address.kind == AddressKind::Data)
-        result = checkedWrite(tag, data, must_read_back);
-    setSession(m_polled);
-    return result;
+    const auto restored = qScopeGuard([this] { setSession(m_polled); });
+    TagResult result;
+    if (awaitTurn(tag.station, others_polled, result.error))
+        result = hand(tag, data);
+    return result.ok() ? checkedWrite(tag, data, must_read_back) : result;
 }

@@ -6,6 +6,7 @@
 #include "runtime/interfaces/driverinterface.h"
 
 #include <QMap>
+#include <QSet>
 
 #include <memory>
 
@@ -48,7 +49,9 @@ public:
     /** Writes, waits until the driver has sent it, and reads it back, since the
      *  driver drops a write that fails and says so only for a moment. With
      *  @p must_read_back a controller that shows another value is an error even
-     *  when the driver saw none. */
+     *  when the driver saw none. Meanwhile the driver polls nothing but @p tag, so
+     *  that no other station's silence comes in between; a request that is already
+     *  out to one is waited for. Tags that are the driver's own are just written. */
     TagResult write(const TagDefinition& tag, const QByteArray& data, bool must_read_back = true);
 
     /** The driver's present error, empty when it has none. The driver shows an error
@@ -85,10 +88,11 @@ private:
 
     void setSession(const QVector<TagDefinition>& tags);
     QString failureText(int station);
-    bool awaitNoError(QString& error);
+    bool awaitTurn(int station, bool must_answer, QString& error);
     bool awaitDrained(int station, Watch& watch);
     void awaitScan(const QVector<TagDefinition>& tags, Watch& watch);
     void awaitFirstScan();
+    TagResult hand(const TagDefinition& tag, const QByteArray& data);
     TagResult checkedWrite(const TagDefinition& tag, const QByteArray& data, bool must_read_back);
     qint64 patienceMsecs() const;
     bool tick(Watch& watch);
@@ -97,6 +101,7 @@ private:
     const std::unique_ptr<HostPort> m_port; // outlives the driver
     const std::unique_ptr<DriverInterface> m_driver;
     QVector<TagDefinition> m_polled;
+    QSet<int> m_session_stations;  // that the driver polls now
     bool m_first_scan_due = false; // nothing has been read since poll()
     QMap<int, SeenError> m_errors; // by station
     std::atomic<bool> m_cancelled{false};

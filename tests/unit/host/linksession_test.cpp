@@ -37,11 +37,45 @@ protected:
         m_driver.on_tick = [this] { m_port->writeBytes("scan", 4); };
     }
 
+    /** What the port hears of station 1 when it is well. */
+    void hearStationOne() {
+        m_port->writeBytes("scan", 4);
+        m_channel.pieces = {"\x02"
+                            "0100X00\x03"
+                            "82\r\n"};
+        char buffer[64];
+        m_port->readBytes(buffer, sizeof buffer);
+    }
+
+    /** Station 2 is silent: a request to it that is out when the session changes
+     *  still fails, 5 ticks later, and the error lasts until station 1 answers. Writes
+     *  meanwhile are dropped. */
+    void silenceStationTwo(bool error_at_first) {
+        const auto silence = QStringLiteral("read station id#2 start address 00000010:DMC50 no "
+                                            "response");
+        m_driver.error = error_at_first ? silence : QString();
+        m_driver.on_tick = [this, silence] {
+            const bool polled = m_driver.sessions.last().contains(QLatin1String("2-"));
+            m_ticks_alone = polled ? 0 : m_ticks_alone + 1;
+            if (m_ticks_alone == 5)
+                m_driver.error = silence;
+            if (m_ticks_alone < 8)
+                return;
+            m_driver.error.clear();
+            hearStationOne();
+        };
+        m_driver.on_write = [this](const QByteArray& data) {
+            if (m_ticks_alone >= 8)
+                m_driver.values[QStringLiteral("NA10")] = data;
+        };
+    }
+
     SimulatedClock m_clock;
     ScriptedChannel& m_channel = *new ScriptedChannel; // the port's
     ScriptedDriver& m_driver = *new ScriptedDriver;    // the session's
     HostPort* m_port;
     std::unique_ptr<LinkSession> m_session;
+    int m_ticks_alone = 0; // since station 2 is no longer polled
 };
 
 const QByteArray FIVE("\x05\0\0\0", 4);
@@ -163,6 +197,75 @@ TEST_F(LinkSessionTest, DoesNotWriteWhileTheLinkIsInError) {
     m_driver.error = QStringLiteral("read station id#1 start address 00000010:DMC50 no response");
     EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE).error, m_driver.error);
     EXPECT_EQ(m_driver.asked, QStringList());
+}
+
+TEST_F(LinkSessionTest, NamesTheStationOfAWriteThroughThePort) {
+    EXPECT_TRUE(m_session->write(dataTag("2-NA10", 2), FIVE).ok());
+    EXPECT_EQ(m_driver.asked,
+              QStringList({QStringLiteral("write NA10 of 2"), QStringLiteral("read NA10 of 2")}));
+}
+
+TEST_F(LinkSessionTest, WritesToOneStationWhileTheErrorOfAnotherStands) {
+    silenceStationTwo(true);
+    m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
+    const TagResult result = m_session->write(dataTag("NA10"), FIVE);
+    EXPECT_EQ(result.error, QString());
+    EXPECT_EQ(result.data, FIVE);
+}
+
+TEST_F(LinkSessionTest, WaitsForTheEndOfARequestToASilentStationBeforeItWrites) {
+    silenceStationTwo(false);
+    m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
+    const TagResult result = m_session->write(dataTag("NA10"), FIVE);
+    EXPECT_EQ(result.error, QString());
+    EXPECT_EQ(result.data, FIVE);
+}
+
+TEST_F(LinkSessionTest, WritesInTheEndThoughTheStationIsNotHeard) {
+    m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
+    const qint64 start = m_clock.msecsSinceBoot();
+    EXPECT_TRUE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_GE(m_clock.msecsSinceBoot() - start, 2 * PATIENCE_MS);
+}
+
+TEST_F(LinkSessionTest, DoesNotBlameAWriteForAnotherStationsFailedWrite) {
+    int ticks = 0;
+    m_driver.on_write = [](const QByteArray&) {};
+    m_driver.on_tick = [&] {
+        m_port->writeBytes("scan", 4);
+        m_driver.error =
+            ++ticks == 2 ? QStringLiteral("write station id#2 address 00000010DMC50 no response")
+                         : QString();
+    };
+    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE, false).error, QString());
+}
+
+TEST_F(LinkSessionTest, PutsTheSessionBackAfterAWriteThatFails) {
+    const QStringList there_and_back = {QStringLiteral("1-NA20_3_1"), QStringLiteral("1-NA10_3_1"),
+                                        QStringLiteral("1-NA20_3_1")};
+    m_session->poll({dataTag("NA20")});
+    m_driver.error = QStringLiteral("read station id#1 start address 00000010:DMC50 no response");
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_EQ(m_driver.sessions, there_and_back) << "not made";
+
+    m_driver.error.clear();
+    m_driver.sessions = there_and_back.mid(0, 1);
+    m_driver.takes_writes = false;
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_EQ(m_driver.sessions, there_and_back) << "refused";
+
+    m_driver.sessions = there_and_back.mid(0, 1);
+    m_driver.takes_writes = true;
+    m_driver.on_write = [this](const QByteArray&) { m_session->cancel(); };
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_EQ(m_driver.sessions, there_and_back) << "cancelled";
+}
+
+TEST_F(LinkSessionTest, WritesTheDriversOwnTagsWhateverTheStateOfTheLine) {
+    m_driver.error = QStringLiteral("read station id#2 start address 00000010:DMC50 no response");
+    const qint64 start = m_clock.msecsSinceBoot();
+    EXPECT_TRUE(m_session->write(dataTag("VVT_PROG_ID0", 1, "word"), QByteArray(2, '\1')).ok());
+    EXPECT_EQ(m_clock.msecsSinceBoot(), start);
 }
 
 TEST_F(LinkSessionTest, ReportsAWriteThatTheDriverRefuses) {
