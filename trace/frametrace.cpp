@@ -5,6 +5,7 @@
 #include <QFileDevice>
 
 #include <ctime>
+#include <utility>
 
 namespace trace {
 
@@ -37,7 +38,8 @@ QByteArray traceLine(qint64 time, Direction direction, qint64 gap, const QByteAr
     return line;
 }
 
-FrameTrace::FrameTrace(QIODevice* device) : m_device(device) {}
+FrameTrace::FrameTrace(QIODevice* device, Complaint complaint)
+    : m_device(device), m_complaint(std::move(complaint)) {}
 
 bool FrameTrace::record(Direction direction, const QByteArray& bytes) {
     return record(direction, bytes, monotonicMicroseconds());
@@ -47,7 +49,14 @@ bool FrameTrace::record(Direction direction, const QByteArray& bytes, qint64 tim
     std::lock_guard<std::mutex> lock(m_mutex);
     const qint64 gap = m_last_time < 0 ? -1 : time - m_last_time;
     m_last_time = time;
-    const QByteArray line = traceLine(time, direction, gap, bytes) + '\n';
+    if (write(traceLine(time, direction, gap, bytes) + '\n'))
+        return true;
+    if (const Complaint complaint = std::exchange(m_complaint, Complaint()))
+        complaint(m_device->errorString());
+    return false;
+}
+
+bool FrameTrace::write(const QByteArray& line) {
     if (m_device->write(line) != line.size())
         return false;
     // A trace is read while it grows, and after a crash.

@@ -3,6 +3,9 @@
 
 #include "trace/framedecode.h"
 
+#include <QString>
+
+#include <functional>
 #include <mutex>
 
 class QIODevice;
@@ -22,7 +25,12 @@ QByteArray traceLine(qint64 time, Direction direction, qint64 gap, const QByteAr
  *  must be open for writing, outlive the trace and be used by nobody else. */
 class FrameTrace {
 public:
-    explicit FrameTrace(QIODevice* device);
+    /** Hears the device's error. */
+    using Complaint = std::function<void(const QString& error)>;
+
+    /** @p complaint is called at the first frame that the device refuses, by the
+     *  thread that records it; later frames are tried all the same. */
+    explicit FrameTrace(QIODevice* device, Complaint complaint = Complaint());
     FrameTrace(const FrameTrace&) = delete;
     FrameTrace& operator=(const FrameTrace&) = delete;
 
@@ -33,8 +41,11 @@ public:
     bool record(Direction direction, const QByteArray& bytes, qint64 time);
 
 private:
+    bool write(const QByteArray& line);
+
     std::mutex m_mutex; // guards all below
     QIODevice* const m_device;
+    Complaint m_complaint;   // null once it has been made
     qint64 m_last_time = -1; // of the last frame, microseconds; -1 before the first
 };
 

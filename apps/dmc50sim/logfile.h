@@ -6,8 +6,12 @@
 
 #include <mutex>
 
+/** Tells on the standard error that @p file takes no more. */
+void tellOfLostOutput(const QString& file, const QString& error);
+
 /** The program's log: one line per event with the seconds since the start. Any
- *  thread may write. */
+ *  thread may write. A line that cannot be written is lost; of the first one the
+ *  standard error tells. */
 class LogFile {
 public:
     /** Opens @p name, "-" being the standard output. Returns the error, empty on
@@ -19,6 +23,7 @@ public:
 private:
     std::mutex m_mutex; // guards all below
     QFile m_file;
+    bool m_has_lost_a_line = false;
     QElapsedTimer m_since_start;
 };
 

@@ -77,7 +77,9 @@ int main(int argc, char** argv) {
     if (!options.trace_file.isEmpty() && !trace_file.open(QIODevice::WriteOnly))
         return fail(
             QString::fromLatin1("%1: %2").arg(options.trace_file, trace_file.errorString()));
-    trace::FrameTrace trace(&trace_file);
+    trace::FrameTrace trace(&trace_file, [&options](const QString& error) {
+        tellOfLostOutput(options.trace_file, error);
+    });
     if (trace_file.isOpen())
         options.line.trace = &trace;
 

@@ -1,6 +1,7 @@
 #include "trace/frametrace.h"
 
 #include <QBuffer>
+#include <QStringList>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
@@ -58,11 +59,14 @@ TEST(FrameTrace, AFileHoldsTheLineAtOnce) {
     EXPECT_TRUE(reader.readAll().endsWith("\tok\n"));
 }
 
-TEST(FrameTrace, ADeviceThatRefusesIsReported) {
+TEST(FrameTrace, ADeviceThatRefusesIsReportedOnce) {
     QFile device(QString::fromLatin1("/dev/full"));
     ASSERT_TRUE(device.open(QIODevice::WriteOnly));
-    FrameTrace trace(&device);
+    QStringList complaints;
+    FrameTrace trace(&device, [&](const QString& error) { complaints += error; });
     EXPECT_FALSE(trace.record(Direction::Request, request, 0));
+    EXPECT_FALSE(trace.record(Direction::Request, request, 1));
+    EXPECT_EQ(complaints, QStringList(QString::fromLatin1("No space left on device")));
 }
 
 TEST(FrameTrace, LinesOfManyThreadsStayWhole) {
