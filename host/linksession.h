@@ -69,6 +69,9 @@ public:
     /** Milliseconds since @p station last answered without a fault; -1: never. */
     qint64 stationAgeMsecs(int station) const;
 
+    /** How long the driver tries before it gives a request up. */
+    qint64 patienceMsecs() const;
+
     /** Writes that wait in the driver for @p station. */
     int waitingWrites(int station);
 
@@ -94,7 +97,6 @@ private:
     void awaitFirstScan();
     TagResult hand(const TagDefinition& tag, const QByteArray& data);
     TagResult checkedWrite(const TagDefinition& tag, const QByteArray& data, bool must_read_back);
-    qint64 patienceMsecs() const;
     bool tick(Watch& watch);
 
     Clock& m_clock;

@@ -1,5 +1,6 @@
 #include "apps/dmc50ctl/communication.h"
 
+#include "apps/dmc50ctl/recipecommands.h"
 #include "trace/frametrace.h"
 
 #include <QCoreApplication>
@@ -87,6 +88,7 @@ private:
     DriverPlugin& m_plugin;
     QVector<QByteArray> m_values;
     QFile m_trace_file;
+    std::unique_ptr<PanelOperator> m_panel; // of a transfer
     Interruptible m_shared;
     int m_status = EXIT_COMMUNICATION; // the communication thread's until it has ended
 };
@@ -117,6 +119,8 @@ int Communication::runCommand(PanelSession& session) {
         return runWrite(session, m_target, m_values, m_options);
     case Options::Command::Watch:
         return runWatch(session, m_target, m_options, m_shared.interrupted());
+    case Options::Command::RecipePull:
+        return runRecipe(session, m_target, *m_panel, m_options);
     default:
         return runRead(session, m_target, m_options);
     }
@@ -144,6 +148,8 @@ int Communication::run(const std::function<void()>& clean_up) {
     setup.frame_trace = m_trace_file.isOpen() ? &frame_trace : nullptr;
 
     const EndSignals end_signals;
+    if (m_options.isTransfer())
+        m_panel = std::make_unique<PanelOperator>();
     QSocketNotifier notifier(end_signals.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, qApp, [&] {
         notifier.setEnabled(false);

@@ -2,9 +2,11 @@
 #include "apps/dmc50ctl/communication.h"
 #include "apps/dmc50ctl/infocommand.h"
 #include "host/paneldirectory.h"
+#include "host/privatestick.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -77,6 +79,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv,
     if (!target || !target->needsWindows())
         return std::make_unique<QCoreApplication>(argc, argv);
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
     return std::make_unique<QApplication>(argc, argv);
 }
 
@@ -94,6 +97,9 @@ int main(int argc, char** argv) {
             return fail(reading.errors, reading.exit_status);
         target = reading.target;
     }
+    QString problem;
+    if (!options.recipe.stick.isEmpty() && !mountPrivateStick(options.recipe.stick, problem))
+        return fail({problem}, EXIT_COMMUNICATION);
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv, target);
     switch (options.command) {
     case Options::Command::ProjectBuild:

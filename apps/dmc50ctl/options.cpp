@@ -33,6 +33,7 @@ struct RawOptions {
     int rounds = 0;
     bool json = false;
     bool no_check = false;
+    RawRecipeOptions recipe;
 };
 
 CLI::Validator inRange(int least, int most) {
@@ -117,6 +118,8 @@ void addProjectCommands(CLI::App& app, RawOptions& raw) {
 }
 
 Options::Command commandOf(const CLI::App& app) {
+    if (app.got_subcommand("recipe"))
+        return Options::Command::RecipePull;
     if (app.got_subcommand("project"))
         return app.get_subcommand("project")->got_subcommand("new")
                    ? Options::Command::ProjectNew
@@ -153,12 +156,14 @@ Options understood(const RawOptions& raw, Options::Command command) {
     options.trace_file = QString::fromStdString(raw.trace);
     options.directory = QString::fromStdString(raw.directory);
     options.output = QString::fromStdString(raw.output);
+    options.recipe = raw.recipe.understood();
     return options;
 }
 
 /** Whether the parts of the command line go together. */
 void checkUsage(const Options& options) {
-    if (options.isAccess() && options.project_directory.isEmpty() && options.port.isEmpty())
+    if ((options.isAccess() || options.isTransfer()) && options.project_directory.isEmpty() &&
+        options.port.isEmpty())
         throw CLI::ValidationError("--project DIR or --port PORT is needed");
     if (options.isAccess() && options.project_directory.isEmpty() && options.items.isEmpty())
         throw CLI::ValidationError("name the addresses, such as PA0011000");
@@ -177,9 +182,9 @@ bool unknownCommand(const CLI::App& app) {
     if (left_over.empty() || !app.get_subcommands().empty())
         return false;
     const QString word = QString::fromStdString(left_over.front());
-    const QStringList commands = {QStringLiteral("read"), QStringLiteral("write"),
-                                  QStringLiteral("watch"), QStringLiteral("info"),
-                                  QStringLiteral("project")};
+    const QStringList commands = {QStringLiteral("read"),    QStringLiteral("write"),
+                                  QStringLiteral("watch"),   QStringLiteral("info"),
+                                  QStringLiteral("project"), QStringLiteral("recipe")};
     const QString hint = spellingHint(word, commands);
     std::fprintf(stderr, "dmc50ctl: there is no command '%s'%s\n", qPrintable(word),
                  qPrintable(hint));
@@ -198,6 +203,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     addOutputOptions(app, raw);
     addAccessCommands(app, raw);
     addProjectCommands(app, raw);
+    addRecipeCommands(app, raw.recipe);
     try {
         app.parse(argc, argv);
         const Options options = understood(raw, commandOf(app));

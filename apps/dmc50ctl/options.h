@@ -1,6 +1,7 @@
 #ifndef APPS_DMC50CTL_OPTIONS_H
 #define APPS_DMC50CTL_OPTIONS_H
 
+#include "apps/dmc50ctl/recipeoptions.h"
 #include "host/tagvalue.h"
 
 #include <QStringList>
@@ -16,7 +17,7 @@ enum ExitStatus {
 
 /** What the command line asks for. */
 struct Options {
-    enum class Command { Read, Write, Watch, Info, ProjectBuild, ProjectNew };
+    enum class Command { Read, Write, Watch, Info, ProjectBuild, ProjectNew, RecipePull };
     Command command = Command::Info;
     QStringList items; // tag names and addresses; "name=value" to write
 
@@ -36,12 +37,15 @@ struct Options {
 
     QString directory; // of the project commands
     QString output;
+    RecipeOptions recipe;
 
     bool isAccess() const {
         return command == Command::Read || command == Command::Write || command == Command::Watch;
     }
+    bool isTransfer() const { return command == Command::RecipePull; }
     bool needsTarget() const {
-        return isAccess() || (command == Command::Info && !project_directory.isEmpty());
+        return isAccess() || isTransfer() ||
+               (command == Command::Info && !project_directory.isEmpty());
     }
 };
 

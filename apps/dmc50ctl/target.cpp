@@ -1,5 +1,6 @@
 #include "apps/dmc50ctl/target.h"
 
+#include "apps/dmc50ctl/recipecommands.h"
 #include "host/databasewriter.h"
 #include "host/paneldirectory.h"
 #include "host/portaddress.h"
@@ -163,15 +164,17 @@ TargetReading readProjectTarget(const Options& options) {
 
 QSet<int> Target::linkIds() const {
     QSet<int> ids;
+    if (recipe)
+        ids.insert(recipe->slots_known.link_id);
     for (const TagDefinition& tag : tags)
         ids.insert(tag.link_id);
     return ids;
 }
 
 bool Target::needsWindows() const {
-    return std::any_of(tags.begin(), tags.end(), [](const TagDefinition& tag) {
-        return tag.address.kind == AddressKind::Transfer;
-    });
+    return recipe || std::any_of(tags.begin(), tags.end(), [](const TagDefinition& tag) {
+               return tag.address.kind == AddressKind::Transfer;
+           });
 }
 
 TargetReading readTarget(const Options& options) {
@@ -179,6 +182,8 @@ TargetReading readTarget(const Options& options) {
     if (!options.port.isEmpty() && !parsePortAddress(options.port, problem))
         return usageError(problem);
     QStringList items = options.items;
+    if (options.isTransfer() && options.project_directory.isEmpty())
+        items = recipeSlotItems();
     QStringList values;
     if (options.command == Options::Command::Write) {
         for (QString& item : items) {
@@ -194,7 +199,7 @@ TargetReading readTarget(const Options& options) {
         const auto project = plainProject(options, items, reading.errors);
         if (!project)
             return {std::nullopt, reading.errors, EXIT_USAGE};
-        reading.target = Target{*project, {}, {}};
+        reading.target = Target{*project, {}, {}, {}};
     } else {
         reading = readProjectTarget(options);
     }
@@ -204,6 +209,12 @@ TargetReading readTarget(const Options& options) {
     const QStringList errors = chooseTags(*reading.target, items);
     if (!errors.isEmpty())
         return {std::nullopt, errors, EXIT_USAGE};
+    if (!options.isTransfer())
+        return reading;
+    reading.target->recipe = recipeOrder(reading.target->project, options, problem);
+    if (!reading.target->recipe)
+        return usageError(problem);
+    reading.target->tags = reading.target->recipe->slots_known.tags;
     return reading;
 }
 

@@ -3,14 +3,16 @@
 
 #include "apps/dmc50ctl/options.h"
 #include "host/project.h"
+#include "host/recipejob.h"
 
 #include <QSet>
 
 /** What a command works on. */
 struct Target {
     Project project;
-    QVector<TagDefinition> tags; // chosen by the command line, in its order
-    QStringList values;          // of write: the texts beside the tags
+    QVector<TagDefinition> tags;       // chosen by the command line, in its order
+    QStringList values;                // of write: the texts beside the tags
+    std::optional<RecipeOrder> recipe; // of a transfer
 
     QSet<int> linkIds() const; // of the chosen tags
     bool needsWindows() const; // for the program transfer

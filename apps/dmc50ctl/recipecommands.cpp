@@ -1,0 +1,92 @@
+#include "apps/dmc50ctl/recipecommands.h"
+
+#include "apps/dmc50ctl/progressline.h"
+#include "apps/dmc50ctl/valuetable.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+QStringList linkNames(const Project& project, const QVector<int>& link_ids) {
+    QStringList names;
+    for (const int id : link_ids)
+        names.append(project.link(id)->name);
+    return names;
+}
+
+/** 0 with the reason in @p problem when there is none, or more than one. */
+int chooseLink(const Project& project, const QString& wanted, QString& problem) {
+    const QVector<int> links = linksWithRecipes(project);
+    const QStringList names = linkNames(project, links);
+    if (links.isEmpty())
+        problem = QStringLiteral("the project has no tag for a program, such as NA1000 with "
+                                 "count = 24");
+    else if (wanted.isEmpty() && links.size() > 1)
+        problem = QString::fromLatin1("choose a link with --link: %1")
+                      .arg(names.join(QLatin1String(", ")));
+    else if (!wanted.isEmpty() && !names.contains(wanted))
+        problem = QString::fromLatin1("no link '%1' has programs; these have: %2")
+                      .arg(wanted, names.join(QLatin1String(", ")));
+    else
+        return wanted.isEmpty() ? links.first() : links[names.indexOf(wanted)];
+    return 0;
+}
+
+QString arrived(const RecipeReport& report) {
+    return QString::fromLatin1("%1 programs pulled to %2")
+        .arg(report.programs.size())
+        .arg(report.file);
+}
+
+nlohmann::ordered_json reportJson(const RecipeReport& report) {
+    std::vector<int> programs(report.programs.begin(), report.programs.end());
+    std::vector<std::string> problems;
+    for (const QString& problem : report.problems)
+        problems.push_back(problem.toStdString());
+    return {{"file", report.file.toStdString()}, {"programs", programs}, {"problems", problems}};
+}
+
+void print(const RecipeReport& report, const Options& options) {
+    if (options.json)
+        printLine(QString::fromStdString(reportJson(report).dump()));
+    else if (!report.programs.isEmpty())
+        printLine(arrived(report));
+    for (const QString& problem : report.problems)
+        printError(problem);
+}
+
+} // namespace
+
+std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& options,
+                                       QString& problem) {
+    const int link = chooseLink(project, options.recipe.link, problem);
+    if (link == 0)
+        return std::nullopt;
+    RecipeOrder order;
+    order.slots_known = recipeSlots(project, link, options.recipe.count);
+    order.program_id = options.recipe.program_id;
+    order.count = options.recipe.count;
+    order.stick = options.recipe.stick;
+    order.file = options.recipe.file;
+    order.ignore_labels = options.recipe.ignore_labels;
+    if (order.slots_known.partial.isEmpty())
+        return order;
+    problem = QString::fromLatin1("program %1: the project's tags do not have all %2 double words; "
+                                  "the driver would take the others for 0")
+                  .arg(numberRanges(order.slots_known.partial))
+                  .arg(RECIPE_SLOT_DWORDS);
+    return std::nullopt;
+}
+
+int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
+              const Options& options) {
+    const RecipeOrder& order = *target.recipe;
+    auto progress = std::make_unique<ProgressLine>(QStringLiteral("pulling"), options.json);
+    RecipeJob job(session.link(order.slots_known.link_id), panel, order,
+                  [&](int percent) { progress->show(percent); });
+    const RecipeReport report = job.pull();
+    progress.reset();
+    print(report, options);
+    job.settle();
+    return report.ok() ? EXIT_OK : EXIT_COMMUNICATION;
+}

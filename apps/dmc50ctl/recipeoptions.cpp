@@ -1,0 +1,61 @@
+#include "apps/dmc50ctl/recipeoptions.h"
+
+#include "host/recipeslots.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+constexpr int LARGEST_PROGRAM_ID = 99999;
+
+const char FOOTER[] =
+    "\nThe files are the driver's own: PROG_ID.txt, on a push also PROG_ID_anything.txt.\n"
+    "docs/recipes.md tells how to edit them.\n"
+    "\nExamples:\n"
+    "  dmc50ctl --port /dev/ttyUSB0 --station 1 recipe pull 7 --stick ~/furnace\n"
+    "  dmc50ctl --project examples/furnace recipe push 7 --stick ~/furnace\n"
+    "  dmc50ctl recipe template --count 4 --stick ~/furnace";
+
+void addCommonOptions(CLI::App& command, RawRecipeOptions& raw) {
+    command.add_option("--count", raw.count, "Programs to transfer, from the first (default 32)")
+        ->type_name("N")
+        ->check(CLI::Range(1, RECIPE_SLOTS).description(""));
+    command
+        .add_option("--stick", raw.stick,
+                    "Use the folder DIR as the USB stick (default: the one that is mounted)")
+        ->type_name("DIR");
+    command.fallthrough();
+}
+
+void addTransferOptions(CLI::App& command, RawRecipeOptions& raw) {
+    command.add_option("id", raw.program_id, "Number of the file: 7 is PROG_7.txt")
+        ->required()
+        ->check(CLI::Range(0, LARGEST_PROGRAM_ID).description(""));
+    command.add_option("--link", raw.link, "Link of a project where several have programs")
+        ->type_name("NAME");
+}
+
+} // namespace
+
+RecipeOptions RawRecipeOptions::understood() const {
+    RecipeOptions options;
+    options.program_id = program_id;
+    options.count = count;
+    options.stick = QString::fromStdString(stick);
+    options.file = QString::fromStdString(file);
+    options.link = QString::fromStdString(link);
+    options.ignore_labels = ignore_labels;
+    return options;
+}
+
+CLI::App* addRecipeCommands(CLI::App& app, RawRecipeOptions& raw) {
+    CLI::App* const recipe =
+        app.add_subcommand("recipe", "Move programs between a controller and files");
+    recipe->require_subcommand(1);
+    recipe->fallthrough();
+    recipe->footer(FOOTER);
+    CLI::App* const pull = recipe->add_subcommand("pull", "Controller to file");
+    addTransferOptions(*pull, raw);
+    addCommonOptions(*pull, raw);
+    return recipe;
+}

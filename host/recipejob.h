@@ -1,0 +1,56 @@
+#ifndef HOST_RECIPEJOB_H
+#define HOST_RECIPEJOB_H
+
+#include "host/recipeslots.h"
+#include "host/recipetransfer.h"
+
+class PanelOperator;
+
+/** What is asked for. */
+struct RecipeOrder {
+    RecipeSlots slots_known; // of the link, for the programs that are wanted
+    int program_id = 0;
+    int count = RECIPE_SLOTS;
+    QString stick;              // a folder that is this process's stick; empty: the mounted one
+    QString file;               // of a push: which of several files; empty: there is only one
+    bool ignore_labels = false; // of a push: rows may be labelled for other programs
+};
+
+/** What came of it. */
+struct RecipeReport {
+    QStringList problems;  // for people, one a line; none: all is well
+    QString file;          // with its folder; empty: none
+    QVector<int> programs; // that have arrived: in the file, or in the controller
+
+    bool ok() const { return problems.isEmpty(); }
+};
+
+/** Moves programs through the driver, and looks after what the driver does not
+ *  say, such as which programs a pulled file lacks. Thread: the link's, which is not the GUI
+ * thread. */
+class RecipeJob {
+public:
+    RecipeJob(LinkSession& link, PanelOperator& panel, const RecipeOrder& order,
+              const RecipeTransfer::Progress& progress, Clock& clock = Clock::system());
+
+    RecipeReport pull();
+
+    /** As RecipeTransfer::settle(): before the driver goes. */
+    void settle() { m_transfer.settle(); }
+
+private:
+    bool transfer(TransferKind kind, RecipeReport& report);
+    QStringList failure(const TransferEnd& end, bool is_push, bool has_log) const;
+    void findMissing(RecipeReport& report) const;
+    void checkSlots(int count, const char* result, RecipeReport& report) const;
+    QString stickFolder() const;
+    QString lastLineError() const;
+
+    LinkSession& m_link;
+    PanelOperator& m_panel;
+    const RecipeOrder m_order;
+    const RecipeTransfer::Progress m_progress;
+    RecipeTransfer m_transfer;
+};
+
+#endif

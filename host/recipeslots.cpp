@@ -1,0 +1,119 @@
+#include "host/recipeslots.h"
+
+#include <QSet>
+
+namespace {
+
+constexpr quint32 FIRST_SLOT = 0x1000;
+constexpr quint32 SLOT_DISTANCE = 0x20;
+constexpr int TAG_TEXT_LENGTH = 6; // of "NA13E0": the driver compares texts
+
+bool isOfStation(const TagDefinition& tag, int link_id, int station) {
+    return tag.link_id == link_id && tag.station == station &&
+           tag.address.kind == AddressKind::Data;
+}
+
+/** Double words that the driver will ask for. */
+QSet<quint32> knownDwords(const Project& project, int link_id, int station) {
+    QSet<quint32> known;
+    for (const TagDefinition& tag : project.tags) {
+        if (!isOfStation(tag, link_id, station))
+            continue;
+        for (int i = 0; i < tag.dwords(); ++i)
+            known.insert(tag.address.dword + quint32(i));
+    }
+    return known;
+}
+
+/** Double words of tags that are written as the driver looks for programs. */
+QSet<quint32> namedDwords(const Project& project, int link_id, int station) {
+    QSet<quint32> named;
+    for (const TagDefinition& tag : project.tags) {
+        if (!isOfStation(tag, link_id, station) || tag.address.station ||
+            !tag.address.text.startsWith(QLatin1String("NA")) ||
+            tag.address.text.size() != TAG_TEXT_LENGTH)
+            continue;
+        for (int i = 0; i < tag.dwords(); ++i)
+            named.insert(tag.address.dword + quint32(i));
+    }
+    return named;
+}
+
+TagDefinition slotTag(int number, int link_id, int station) {
+    QString problem;
+    TagDefinition tag;
+    tag.name = QString::fromLatin1("program %1").arg(number);
+    tag.address = *parseProjectAddress(
+        QString::fromLatin1("NA%1").arg(recipeSlotAddress(number), 0, 16), problem);
+    tag.type = *tagTypeByName(QStringLiteral("dword"));
+    tag.count = RECIPE_SLOT_DWORDS;
+    tag.link_id = link_id;
+    tag.station = station;
+    return tag;
+}
+
+bool isWhole(int number, const QSet<quint32>& known) {
+    for (int i = 0; i < RECIPE_SLOT_DWORDS; ++i) {
+        if (!known.contains(recipeSlotAddress(number) + quint32(i)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+quint32 recipeSlotAddress(int number) {
+    return FIRST_SLOT + SLOT_DISTANCE * quint32(number - 1);
+}
+
+QStringList recipeSlotItems() {
+    QStringList items;
+    for (int number = 1; number <= RECIPE_SLOTS; ++number)
+        items.append(QString::fromLatin1("NA%1:dword:%2")
+                         .arg(recipeSlotAddress(number), 0, 16)
+                         .arg(RECIPE_SLOT_DWORDS));
+    return items;
+}
+
+RecipeSlots recipeSlots(const Project& project, int link_id, int count) {
+    RecipeSlots found;
+    found.link_id = link_id;
+    found.station = project.defaultStation(link_id);
+    const QSet<quint32> known = knownDwords(project, link_id, found.station);
+    const QSet<quint32> named = namedDwords(project, link_id, found.station);
+    for (int number = 1; number <= count; ++number) {
+        if (!named.contains(recipeSlotAddress(number))) {
+            found.unknown.append(number);
+        } else if (!isWhole(number, known)) {
+            found.partial.append(number);
+        } else {
+            found.tags.append(slotTag(number, link_id, found.station));
+            found.numbers.append(number);
+        }
+    }
+    return found;
+}
+
+QVector<int> linksWithRecipes(const Project& project) {
+    QVector<int> links;
+    for (const LinkDefinition& link : project.links) {
+        if (recipeSlots(project, link.id, RECIPE_SLOTS).unknown.size() < RECIPE_SLOTS)
+            links.append(link.id);
+    }
+    return links;
+}
+
+QString numberRanges(const QVector<int>& numbers) {
+    QStringList ranges;
+    for (int from = 0; from < numbers.size();) {
+        int to = from;
+        while (to + 1 < numbers.size() && numbers[to + 1] == numbers[to] + 1)
+            ++to;
+        ranges.append(from == to ? QString::number(numbers[from])
+                                 : QString::fromLatin1(to == from + 1 ? "%1, %2" : "%1 to %2")
+                                       .arg(numbers[from])
+                                       .arg(numbers[to]));
+        from = to + 1;
+    }
+    return ranges.join(QLatin1String(", "));
+}

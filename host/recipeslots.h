@@ -1,0 +1,35 @@
+#ifndef HOST_RECIPESLOTS_H
+#define HOST_RECIPESLOTS_H
+
+#include "host/project.h"
+
+/** Where a controller keeps its programs: double words from 0x1000, one program
+ *  every 0x20. */
+constexpr int RECIPE_SLOTS = 32;
+constexpr int RECIPE_SLOT_DWORDS = 24; // double words of one program
+
+quint32 recipeSlotAddress(int number); // of program @p number, from 1
+
+/** "NA1000:dword:24" and so on: every program as a tag of a plain project. */
+QStringList recipeSlotItems();
+
+/** What a project knows of the programs of a link's default station. */
+struct RecipeSlots {
+    int link_id = 0;
+    int station = 0;
+    QVector<int> unknown;        // programs without a tag: the driver passes them over
+    QVector<int> partial;        // with tags for a part: the driver takes the rest for 0
+    QVector<TagDefinition> tags; // one for each known program, in order; all 24 values
+    QVector<int> numbers;        // of those
+};
+
+/** @p count programs from the first, as the driver will see them. */
+RecipeSlots recipeSlots(const Project& project, int link_id, int count);
+
+/** Links whose default station has a program. */
+QVector<int> linksWithRecipes(const Project& project);
+
+/** "1, 3 to 7, 9". */
+QString numberRanges(const QVector<int>& numbers);
+
+#endif

@@ -1,0 +1,135 @@
+#include "host/recipetransfer.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int POLL_MS = 50;                 // between two looks at the tags
+constexpr int BEGIN_MS = 5000;              // for the driver's worker to take an order
+constexpr int SETTLE_MS = 10000;            // a transfer's end is shown for 2 s, at most twice
+constexpr qint64 SHORTEST_STALL_MS = 60000; // no transfer stands still for so long
+constexpr int TEMPLATE_ID = -1;
+
+/** "VVT_ENABLE1" for a pull, "VVT_ENABLE0" for a push. */
+QString transferTag(const char* name, TransferKind kind) {
+    return QString::fromLatin1("VVT_%1%2")
+        .arg(QLatin1String(name))
+        .arg(kind == TransferKind::Push ? 0 : 1);
+}
+
+} // namespace
+
+RecipeTransfer::RecipeTransfer(LinkSession& link, int station, Clock& clock)
+    : m_link(link), m_station(station), m_clock(clock) {}
+
+TagDefinition RecipeTransfer::tag(const QString& address) const {
+    QString problem;
+    TagDefinition tag;
+    tag.name = address;
+    tag.address = *parseProjectAddress(address, problem);
+    tag.type = *tagTypeByName(QStringLiteral("int32"));
+    tag.station = m_station;
+    return tag;
+}
+
+int RecipeTransfer::value(const char* name, TransferKind kind, QString& error) {
+    const TagResult result = m_link.read(tag(transferTag(name, kind)));
+    if (!result.ok())
+        error = result.error;
+    return result.data.size() < 4 ? 0 : qFromLittleEndian<qint32>(result.data.constData());
+}
+
+QString RecipeTransfer::setValue(const char* name, int number) {
+    QByteArray data(4, '\0');
+    qToLittleEndian<qint32>(number, data.data());
+    return m_link.write(tag(QLatin1String(name)), data).error;
+}
+
+RecipeTransfer::Flags RecipeTransfer::flags(TransferKind kind) {
+    Flags now;
+    now.percent = value("PROGRESS", kind, now.error);
+    now.failed = value("ERROR", kind, now.error) != 0;
+    now.running = value("ENABLE", kind, now.error) != 0;
+    return now;
+}
+
+/** The driver shows a line's error only for a moment: so it is looked for often. */
+void RecipeTransfer::pass(int msecs) {
+    for (int waited = 0; waited < msecs; waited += int(LinkSession::LOOK_INTERVAL_MS)) {
+        m_link.lookForError();
+        m_clock.sleepMsecs(LinkSession::LOOK_INTERVAL_MS);
+    }
+}
+
+/** False after @p msecs, or when the tags cannot be read. */
+bool RecipeTransfer::await(TransferKind kind, int msecs,
+                           const std::function<bool(const Flags&)>& condition, Flags& now) {
+    const qint64 deadline = m_clock.msecsSinceBoot() + msecs;
+    for (;;) {
+        now = flags(kind);
+        if (!now.error.isEmpty())
+            return false;
+        if (condition(now))
+            return true;
+        if (m_clock.msecsSinceBoot() >= deadline)
+            return false;
+        pass(POLL_MS);
+    }
+}
+
+void RecipeTransfer::settle() {
+    Flags ignored;
+    for (const TransferKind kind : {TransferKind::Pull, TransferKind::Push})
+        await(
+            kind, SETTLE_MS, [](const Flags& now) { return !now.running && now.percent == 0; },
+            ignored);
+}
+
+QString RecipeTransfer::start(TransferKind kind, int program_id, int count) {
+    const bool is_push = kind == TransferKind::Push;
+    QString error =
+        setValue("VVT_PROG_ID0", kind == TransferKind::Template ? TEMPLATE_ID : program_id);
+    if (error.isEmpty())
+        error = setValue("VVT_PROG_COUNT0", count);
+    if (error.isEmpty()) // a pull does not clear what an earlier one has left
+        error = setValue(is_push ? "VVT_ERROR0" : "VVT_ERROR1", 0);
+    return error.isEmpty() ? setValue(is_push ? "VVT_ENABLE0" : "VVT_ENABLE1", 1) : error;
+}
+
+TransferEnd RecipeTransfer::follow(TransferKind kind, const Progress& progress) {
+    const qint64 stall_ms = std::max(SHORTEST_STALL_MS, 2 * m_link.patienceMsecs());
+    TransferEnd end;
+    progress(0);
+    for (Flags now; end.error.isEmpty() && !end.completed && !end.failed;) {
+        const int last = now.percent;
+        const bool has_moved = await(
+            kind, int(stall_ms),
+            [last](const Flags& next) { return next.isOver() || next.percent != last; }, now);
+        end = {now.percent == 100, now.failed, now.error};
+        if (now.error.isEmpty() && !has_moved)
+            end.error = QString::fromLatin1("the driver has made no progress for %1 s")
+                            .arg(stall_ms / 1000);
+        if (now.percent > last && !now.failed)
+            progress(now.percent);
+        if (now.isOver())
+            break;
+    }
+    return end;
+}
+
+TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
+                                const Progress& progress) {
+    settle();
+    TransferEnd end;
+    end.error = start(kind, program_id, count);
+    if (!end.error.isEmpty())
+        return end;
+    Flags now;
+    // A template that cannot be saved is over at once: only its notice tells.
+    const bool has_begun = await(
+        kind, BEGIN_MS, [](const Flags& next) { return next.hasBegun(); }, now);
+    end.error = now.error;
+    return has_begun ? follow(kind, progress) : end;
+}

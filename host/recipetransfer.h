@@ -1,0 +1,65 @@
+#ifndef HOST_RECIPETRANSFER_H
+#define HOST_RECIPETRANSFER_H
+
+#include "host/linksession.h"
+
+#include <functional>
+
+enum class TransferKind {
+    Pull,     // controller to file
+    Template, // a blank file
+    Push      // file to controller
+};
+
+/** How a transfer ended. */
+struct TransferEnd {
+    bool completed = false; // 100 % was seen
+    bool failed = false;    // the driver has set its error flag
+    QString error;          // what kept the transfer from its end; "interrupted" after a cancel
+};
+
+/** Program transfers through the driver's "VVT_" tags, as the panel's pages make
+ *  them. Thread: the link's. */
+class RecipeTransfer {
+public:
+    using Progress = std::function<void(int percent)>;
+
+    /** @p link must be at rest on @p station, and stay so during a transfer: the
+     *  driver takes the station from the port again and again. */
+    RecipeTransfer(LinkSession& link, int station, Clock& clock = Clock::system());
+
+    /** Returns when the outcome is known. @p program_id does not matter to a
+     *  template. */
+    TransferEnd run(TransferKind kind, int program_id, int count, const Progress& progress);
+
+    /** Waits until the driver shows no transfer any more: for some seconds after one
+     *  it does not take another. run() does so first. */
+    void settle();
+
+private:
+    struct Flags {
+        bool running = false;
+        bool failed = false;
+        int percent = 0;
+        QString error; // of asking
+
+        bool hasBegun() const { return running || failed || percent > 0; }
+        bool isOver() const { return !running || failed || percent == 100; }
+    };
+
+    QString start(TransferKind kind, int program_id, int count);
+    bool await(TransferKind kind, int msecs, const std::function<bool(const Flags&)>& condition,
+               Flags& flags);
+    TransferEnd follow(TransferKind kind, const Progress& progress);
+    Flags flags(TransferKind kind);
+    int value(const char* tag, TransferKind kind, QString& error);
+    QString setValue(const char* tag, int number);
+    TagDefinition tag(const QString& address) const;
+    void pass(int msecs);
+
+    LinkSession& m_link;
+    const int m_station;
+    Clock& m_clock;
+};
+
+#endif
