@@ -13,10 +13,12 @@ if(PANEL_SANITIZE)
 endif()
 if(PANEL_SANITIZE MATCHES "address")
   add_library(address_options OBJECT ${PROJECT_SOURCE_DIR}/tests/sanitizers/addressoptions.cpp)
+  add_library(shared_globals OBJECT ${PROJECT_SOURCE_DIR}/tests/sanitizers/sharedglobals.cpp)
   target_sources(
     panel_options
     INTERFACE
-      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:address_options>>)
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:address_options>>
+      $<$<BOOL:$<TARGET_PROPERTY:ENABLE_EXPORTS>>:$<TARGET_OBJECTS:shared_globals>>)
 endif()
 if(PANEL_SANITIZE MATCHES "thread" AND PANEL_QT EQUAL 5)
   # Every program tells ThreadSanitizer what Qt's synchronization means.

@@ -44,6 +44,18 @@ bool isToolchainHook(const std::string& name) {
            name.rfind("__tsan_", 0) == 0 || name.rfind("__sanitizer_", 0) == 0;
 }
 
+/** What an AddressSanitizer build shows besides: markers of its globals, and the
+ *  type information of the Qt class whose objects it checks. */
+bool isSanitizersOwn(const std::string& name) {
+#ifdef __SANITIZE_ADDRESS__
+    return name.rfind("__odr_asan.", 0) == 0 || name == "_ZTI11QObjectData" ||
+           name == "_ZTS11QObjectData";
+#else
+    static_cast<void>(name);
+    return false;
+#endif
+}
+
 } // namespace
 
 TEST(Symbols, OfTheHostOnlyPlatformIsWanted) {
@@ -69,7 +81,8 @@ TEST(Symbols, OnlyEntryPointsAndPanelServicesAreShown) {
     const std::set<std::string> linker = {"_init", "_fini", "__bss_start", "_edata", "_end"};
     std::set<std::string> shown;
     for (const std::string& name : symbols("--defined-only")) {
-        if (linker.count(name) == 0 && service.indexIn(QString::fromStdString(name)) < 0)
+        if (linker.count(name) == 0 && !isSanitizersOwn(name) &&
+            service.indexIn(QString::fromStdString(name)) < 0)
             shown.insert(name);
     }
 #if PANEL_QT4

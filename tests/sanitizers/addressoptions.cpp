@@ -4,12 +4,6 @@
 
 extern "C" {
 
-/** A host and the plug-in both carry the panel services, on purpose: the same
- *  global twice is no error unless its size differs. */
-const char* __asan_default_options() {
-    return "detect_odr_violation=1";
-}
-
 const char* __lsan_default_options() {
     return "print_suppressions=0";
 }

@@ -44,7 +44,7 @@ TransferFixture::TransferFixture()
                    SLOT(keep(QString, QString, bool)), Qt::DirectConnection);
 }
 
-TransferFixture::~TransferFixture() {
+void TransferFixture::TearDown() {
     const TimePump pump(m_clock);
     if (m_exporter)
         m_exporter->detachDriver();

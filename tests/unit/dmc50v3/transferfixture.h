@@ -25,7 +25,9 @@
 class TransferFixture : public ::testing::Test {
 protected:
     TransferFixture();
-    ~TransferFixture() override;
+
+    /** Ends both threads while the test's own class still answers them. */
+    void TearDown() override;
 
     /** Slots without a tag in the project; before the first transfer. */
     void leaveOut(int program);
