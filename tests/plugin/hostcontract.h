@@ -45,6 +45,12 @@ struct Command {
 };
 #pragma GCC diagnostic pop
 
+inline Command command(const char* tag, int data_type, int data_count, int size) {
+    Command made(tag, data_type, data_count);
+    made.size = size;
+    return made;
+}
+
 struct Port {
     virtual ~Port() = default;               // 0 and 1
     virtual int slot2() = 0;                 //

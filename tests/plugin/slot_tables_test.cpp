@@ -1,70 +1,16 @@
+#include "tests/plugin/fakeport.h"
 #include "tests/plugin/loadedplugin.h"
-#include "tests/support/memorycontroller.h"
 #include "tests/support/testproject.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
-#include <cstring>
 #include <memory>
 
 namespace {
 
-/** Answers from a controller in memory. Slots that the driver has no business
- *  with are counted. */
-struct FakePort : host::Port {
-    int slot2() override { return ++unexpected; }
-    int slot3(char* buffer, int max) override {
-        const int count = std::min(max, int(received.size()));
-        std::memcpy(buffer, received.constData(), std::size_t(count));
-        received.remove(0, count);
-        return count;
-    }
-    int slot4(const char* buffer, int length) override {
-        received = controller.answer(QByteArray(buffer, length));
-        return length;
-    }
-    int slot5() override { return ++unexpected; }
-    int slot6() override { return ++unexpected; }
-    int slot7() override { return ++unexpected; }
-    const host::DeviceRecord* slot8() override { return &device; }
-    int slot9() override { return ++unexpected; }
-    int slot10() override { return ++unexpected; }
-    int slot11() override { return ++unexpected; }
-    void slot12(int code, QVariant argument) override {
-        controls += code == 12 && argument == QVariant(0);
-        received.clear();
-    }
-    int slot13() override { return ++unexpected; }
-    int slot14() override { return ++unexpected; }
-    int slot15() override { return ++unexpected; }
-    int slot16() override { return ++unexpected; }
-    int slot17() override { return ++unexpected; }
-    int slot18() override { return 4321; }
-    unsigned slot19() override { return 1; }
-    int slot20() override { return station; }
-    int slot21() override { return ++unexpected; }
-    unsigned slot22() override { return 10; }
-
-    host::DeviceRecord device = {
-        0x40, QString::fromLatin1("COM2"), 38400, 8, 0, 2, 0, QString(), -1, 0, {}};
-    MemoryController controller;
-    QByteArray received;
-    int station = 1;
-    std::atomic<int> controls{0};
-    std::atomic<int> unexpected{0};
-};
-
 class SlotTables : public ::testing::Test {
 protected:
     SlotTables() : m_driver(createDriver()) {}
-
-    static host::Command command(const char* tag, int type, int count, int size) {
-        host::Command command(tag, type, count);
-        command.size = size;
-        return command;
-    }
 
     TestProject m_project;
     FakePort m_port;
@@ -124,12 +70,15 @@ TEST_F(SlotTables, ATagIsReadAndWrittenThroughThePortsSlots) {
     m_project.create(1, QStringList() << text("NA10") << text("7-NA10"));
     m_port.station = 7;
     m_port.controller.setValue(7, 0x10, 0x11223344);
-    EXPECT_EQ(m_driver->read(&m_port, command("NA10", 3, 1, 4)), QByteArray("\x44\x33\x22\x11"));
-    EXPECT_TRUE(m_driver->write(&m_port, command("NA10", 3, 1, 4), QByteArray("\x01\0\0\0", 4)));
+    EXPECT_EQ(m_driver->read(&m_port, host::command("NA10", 3, 1, 4)),
+              QByteArray("\x44\x33\x22\x11"));
+    EXPECT_TRUE(
+        m_driver->write(&m_port, host::command("NA10", 3, 1, 4), QByteArray("\x01\0\0\0", 4)));
     // A read of another address waits for the line, so the write is out by then.
-    while (m_driver->read(&m_port, command("WRITE_QUE_SIZE0", 2, 1, 2)) != QByteArray(2, '\0'))
+    while (m_driver->read(&m_port, host::command("WRITE_QUE_SIZE0", 2, 1, 2)) !=
+           QByteArray(2, '\0'))
         continue;
-    m_driver->read(&m_port, command("NA10", 3, 1, 4));
+    m_driver->read(&m_port, host::command("NA10", 3, 1, 4));
     EXPECT_EQ(m_port.controller.value(7, 0x10), 1u);
     EXPECT_GE(m_port.controls, 3);
     EXPECT_EQ(m_port.unexpected, 0);
@@ -138,22 +87,22 @@ TEST_F(SlotTables, ATagIsReadAndWrittenThroughThePortsSlots) {
 
 TEST_F(SlotTables, TheCommandsSizeComesFromTheHostsOwnTable) {
     m_project.create(1, QStringList(text("NA10")));
-    EXPECT_EQ(m_driver->read(&m_port, command("INITDRV0", 2, 1, 5)), QByteArray(5, '\0'));
+    EXPECT_EQ(m_driver->read(&m_port, host::command("INITDRV0", 2, 1, 5)), QByteArray(5, '\0'));
     m_driver.reset();
 }
 
 TEST_F(SlotTables, ASessionGivenBeforeTheFirstAccessIsPolled) {
     m_project.create(1, QStringList(text("NA10")));
     QList<host::Command> session;
-    session.append(command("NA10", 3, 1, 4));
+    session.append(host::command("NA10", 3, 1, 4));
     m_driver->setSession(session);
-    EXPECT_EQ(m_driver->read(&m_port, command("NA10", 3, 1, 4)), QByteArray(4, '\0'));
+    EXPECT_EQ(m_driver->read(&m_port, host::command("NA10", 3, 1, 4)), QByteArray(4, '\0'));
     m_driver.reset();
     EXPECT_EQ(m_port.unexpected, 0);
 }
 
 TEST_F(SlotTables, ADatabaseFailureComesBackThroughTheErrorSlots) {
-    EXPECT_TRUE(m_driver->read(&m_port, command("NA10", 3, 1, 4)).isEmpty());
+    EXPECT_TRUE(m_driver->read(&m_port, host::command("NA10", 3, 1, 4)).isEmpty());
     EXPECT_TRUE(m_driver->hasError());
     EXPECT_EQ(m_driver->lastError(), text("can not open database"));
 }

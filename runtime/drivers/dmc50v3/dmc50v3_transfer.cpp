@@ -2,6 +2,7 @@
 #include "runtime/drivers/dmc50v3/csvimexporter.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 #include "runtime/drivers/dmc50v3/dmc50v3.h"
+#include "runtime/drivers/dmc50v3/pluginpin.h"
 
 #include <QList>
 #include <QMutexLocker>
@@ -9,8 +10,12 @@
 namespace {
 
 /** A new exporter, owned by this list to the end of the process: its transfer may
- *  still run when the driver goes. */
+ *  still run when the driver goes, and its thread waits for work even then. So
+ *  from here on the code must not go either. Ending the threads at unloading is no
+ *  way out: the loader is locked then, and a transfer may be waiting for the
+ *  operator. */
 CSVImExporter* newExporter() {
+    keepPluginLoaded();
     static QMutex mutex; // guards the list
     static QList<CSVImExporter*>* const exporters = new QList<CSVImExporter*>;
     QMutexLocker lock(&mutex);
