@@ -8,6 +8,8 @@
 
 #include <QCoreApplication>
 
+#include <thread>
+
 namespace {
 
 const char NoStick[] = "DMC50\nThe system can't not detect the USB Stick.";
@@ -31,6 +33,8 @@ protected:
     /** A controller-to-file transfer, which is the plug-in's own thread's. */
     void start() { EXPECT_TRUE(m_driver->write(&m_port, enable(), QByteArray(1, '\1'))); }
 
+    bool isRunning() { return m_driver->read(&m_port, enable()) != QByteArray(1, '\0'); }
+
     static host::Command enable() { return host::command("VVT_ENABLE1", 1, 1, 1); }
 
     /** Until the host's panel has an entry; ctest ends a test that waits in vain. */
@@ -45,6 +49,16 @@ protected:
 };
 
 } // namespace
+
+TEST_F(PluginTransfer, ReportsToTheHostsMessagePanel) {
+    start();
+    waitForEntry();
+    EXPECT_EQ(QString::fromLatin1(NoStick), firstEntry());
+    EXPECT_EQ(1, entries().count());
+    while (isRunning())
+        std::this_thread::yield();
+    EXPECT_EQ(0, m_port.unexpected);
+}
 
 TEST_F(PluginTransfer, GoesOnThoughThePluginIsUnloadedUnderIt) {
     start();
