@@ -1,6 +1,7 @@
 // Reads and writes controllers from a PC; see docs/dmc50ctl.md.
 #include "apps/dmc50ctl/communication.h"
 #include "apps/dmc50ctl/infocommand.h"
+#include "apps/dmc50ctl/recipefilecommands.h"
 #include "host/paneldirectory.h"
 #include "host/privatestick.h"
 
@@ -72,13 +73,15 @@ int runWithDriver(const Options& options, const std::optional<Target>& target) {
     return runAccess(options, *target, *plugin);
 }
 
-/** The program transfer shows notices, which need a whole Qt application. A
- *  terminal is no place for its windows: they stay unseen. */
-std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv,
+/** The program transfer shows notices, and pictures are drawn by widgets: both need
+ *  a whole Qt application. A terminal is no place for windows: they stay unseen. */
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const Options& options,
                                                   const std::optional<Target>& target) {
-    if (!target || !target->needsWindows())
+    const bool draws = !options.recipe_file.picture.isEmpty();
+    if (!draws && (!target || !target->needsWindows()))
         return std::make_unique<QCoreApplication>(argc, argv);
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    // A picture needs no display, whatever the environment says of one.
+    setenv("QT_QPA_PLATFORM", "offscreen", draws);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
     return std::make_unique<QApplication>(argc, argv);
 }
@@ -100,12 +103,17 @@ int main(int argc, char** argv) {
     QString problem;
     if (!options.recipe.stick.isEmpty() && !mountPrivateStick(options.recipe.stick, problem))
         return fail({problem}, EXIT_COMMUNICATION);
-    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv, target);
+    const std::unique_ptr<QCoreApplication> application =
+        makeApplication(argc, argv, options, target);
     switch (options.command) {
     case Options::Command::ProjectBuild:
         return runProjectBuild(options);
     case Options::Command::ProjectNew:
         return runProjectNew(options);
+    case Options::Command::RecipeCheck:
+        return runRecipeCheck(options);
+    case Options::Command::RecipeShow:
+        return runRecipeShow(options);
     default:
         return runWithDriver(options, target);
     }

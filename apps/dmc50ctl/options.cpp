@@ -34,6 +34,7 @@ struct RawOptions {
     bool json = false;
     bool no_check = false;
     RawRecipeOptions recipe;
+    RawRecipeFileOptions recipe_file;
 };
 
 CLI::Validator inRange(int least, int most) {
@@ -117,9 +118,16 @@ void addProjectCommands(CLI::App& app, RawOptions& raw) {
     fresh->add_option("directory", raw.directory, "The folder for panel.toml")->required();
 }
 
+Options::Command recipeCommandOf(const CLI::App& recipe) {
+    if (recipe.got_subcommand("check"))
+        return Options::Command::RecipeCheck;
+    return recipe.got_subcommand("show") ? Options::Command::RecipeShow
+                                         : Options::Command::RecipePull;
+}
+
 Options::Command commandOf(const CLI::App& app) {
     if (app.got_subcommand("recipe"))
-        return Options::Command::RecipePull;
+        return recipeCommandOf(*app.get_subcommand("recipe"));
     if (app.got_subcommand("project"))
         return app.get_subcommand("project")->got_subcommand("new")
                    ? Options::Command::ProjectNew
@@ -157,6 +165,7 @@ Options understood(const RawOptions& raw, Options::Command command) {
     options.directory = QString::fromStdString(raw.directory);
     options.output = QString::fromStdString(raw.output);
     options.recipe = raw.recipe.understood();
+    options.recipe_file = raw.recipe_file.understood();
     return options;
 }
 
@@ -203,7 +212,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     addOutputOptions(app, raw);
     addAccessCommands(app, raw);
     addProjectCommands(app, raw);
-    addRecipeCommands(app, raw.recipe);
+    addRecipeFileCommands(*addRecipeCommands(app, raw.recipe), raw.recipe_file);
     try {
         app.parse(argc, argv);
         const Options options = understood(raw, commandOf(app));

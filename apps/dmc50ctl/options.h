@@ -1,6 +1,7 @@
 #ifndef APPS_DMC50CTL_OPTIONS_H
 #define APPS_DMC50CTL_OPTIONS_H
 
+#include "apps/dmc50ctl/recipefileoptions.h"
 #include "apps/dmc50ctl/recipeoptions.h"
 #include "host/tagvalue.h"
 
@@ -17,7 +18,17 @@ enum ExitStatus {
 
 /** What the command line asks for. */
 struct Options {
-    enum class Command { Read, Write, Watch, Info, ProjectBuild, ProjectNew, RecipePull };
+    enum class Command {
+        Read,
+        Write,
+        Watch,
+        Info,
+        ProjectBuild,
+        ProjectNew,
+        RecipePull,
+        RecipeCheck,
+        RecipeShow
+    };
     Command command = Command::Info;
     QStringList items; // tag names and addresses; "name=value" to write
 
@@ -38,6 +49,7 @@ struct Options {
     QString directory; // of the project commands
     QString output;
     RecipeOptions recipe;
+    RecipeFileOptions recipe_file;
 
     bool isAccess() const {
         return command == Command::Read || command == Command::Write || command == Command::Watch;

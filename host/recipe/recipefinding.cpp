@@ -42,7 +42,7 @@ QString subjectText(const RecipeFinding& finding) {
 QString driverPlaceText(const RecipeFinding& finding) {
     if (finding.row < 0 || finding.column() < 1)
         return QString();
-    return QStringLiteral(" (in the driver's log: row %1 and column %2)")
+    return QStringLiteral(" (the driver's row %1 and column %2)")
         .arg(finding.row)
         .arg(finding.column());
 }

@@ -72,8 +72,7 @@ TEST(RecipeCheck, ReadsTheValuesOfThePanelsFile) {
 TEST_P(RefusedField, IsListedWithItsPlaceForPeopleAndForTheDriver) {
     const RecipeCheck check = checkRecipe(fileWith(4, QString::fromUtf8(GetParam().text)));
     EXPECT_EQ(texts(check), std::string("f:3:5: refused: 設定時間(秒) [") + GetParam().text +
-                                "]: " + GetParam().reason +
-                                " (in the driver's log: row 1 and column 4)\n");
+                                "]: " + GetParam().reason + " (the driver's row 1 and column 4)\n");
     EXPECT_FALSE(check.isGood());
     EXPECT_EQ(check.programs.size(), 1);
     EXPECT_EQ(check.lines, 2);
@@ -94,7 +93,7 @@ TEST(RecipeCheck, ListsEveryBadFieldOfEveryLine) {
 TEST(RecipeCheck, TellsWhatTheControllerWouldReceiveWhereTheThirdByteIsLost) {
     EXPECT_EQ(texts(checkRecipe(fileWith(1, QStringLiteral("70000")))),
               "f:3:2: warning: 設定溫度 [70000]: the controller would receive 4464: the driver "
-              "writes bits 16 to 23 as 0 (in the driver's log: row 1 and column 1)\n");
+              "writes bits 16 to 23 as 0 (the driver's row 1 and column 1)\n");
     EXPECT_TRUE(checkRecipe(fileWith(1, QStringLiteral("65535"))).isGood());
     EXPECT_FALSE(checkRecipe(fileWith(1, QStringLiteral("65536"))).isGood());
     EXPECT_TRUE(checkRecipe(fileWith(1, QStringLiteral("4278255615"))).isGood()); // FF00FFFF
@@ -248,5 +247,5 @@ TEST(RecipeFinding, ShowsForeignTextsOnOneShortLine) {
                                       QStringLiteral("\x1B[2J\n") + QString(50, QLatin1Char('x')),
                                       QStringLiteral("bad")});
     EXPECT_EQ(text.toStdString(), "f:2:2: refused: 設定溫度 [·[2J·" + std::string(35, 'x') +
-                                      "…]: bad (in the driver's log: row 0 and column 1)");
+                                      "…]: bad (the driver's row 0 and column 1)");
 }

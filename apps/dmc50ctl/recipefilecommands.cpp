@@ -1,0 +1,210 @@
+#include "apps/dmc50ctl/recipefilecommands.h"
+
+#include "apps/dmc50ctl/valuetable.h"
+#include "host/recipe/recipechart.h"
+#include "host/recipe/recipepicture.h"
+#include "host/recipe/recipetable.h"
+
+#include <nlohmann/json.hpp>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+constexpr qint64 LARGEST_FILE = 1 << 20; // bytes; a full file has some 10,000
+constexpr int DEFAULT_COLUMNS = 80;
+
+/** Nothing, after a message, when the file cannot be read. */
+std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options) {
+    QFile file(options.file);
+    if (!file.open(QIODevice::ReadOnly)) {
+        printError(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
+        return std::nullopt;
+    }
+    const QByteArray content = file.read(LARGEST_FILE + 1);
+    if (content.size() > LARGEST_FILE) {
+        printError(QString::fromLatin1("%1: too large for a program file").arg(options.file));
+        return std::nullopt;
+    }
+    return checkRecipe(content, options.count);
+}
+
+/** "2 refused, 1 warning"; empty without any. */
+QString countsText(const RecipeCheck& check) {
+    QStringList counts;
+    const int refused = check.count(RecipeSeverity::Refused);
+    const int warnings = check.count(RecipeSeverity::Warning);
+    if (refused > 0)
+        counts.append(QString::fromLatin1("%1 refused").arg(refused));
+    if (warnings > 0)
+        counts.append(
+            QString::fromLatin1(warnings == 1 ? "%1 warning" : "%1 warnings").arg(warnings));
+    return counts.join(QLatin1String(", "));
+}
+
+QString summary(const QString& file, const RecipeCheck& check) {
+    const QString programs =
+        QString::fromLatin1(check.lines == 1 ? "%1: %2 program, " : "%1: %2 programs, ")
+            .arg(file)
+            .arg(check.lines);
+    if (check.isGood())
+        return programs + QLatin1String("good");
+    return programs + countsText(check) +
+           QLatin1String(check.count(RecipeSeverity::Refused) > 0
+                             ? "; the driver would write nothing"
+                             : "; the controller would not hold what the file says");
+}
+
+json findingJson(const RecipeFinding& finding) {
+    json entry = {{"severity", severityName(finding.severity).toStdString()},
+                  {"line", nullptr},
+                  {"field", nullptr},
+                  {"title", nullptr},
+                  {"text", nullptr},
+                  {"reason", finding.reason.toStdString()},
+                  {"driver_row", nullptr},
+                  {"driver_column", nullptr}};
+    if (finding.line > 0)
+        entry["line"] = finding.line;
+    if (finding.row >= 0)
+        entry["driver_row"] = finding.row;
+    if (finding.field == 0)
+        return entry;
+    entry["field"] = finding.field;
+    entry["title"] = recipeTitles().value(finding.column()).trimmed().toStdString();
+    entry["text"] = finding.text.toStdString();
+    if (finding.column() > 0)
+        entry["driver_column"] = finding.column();
+    return entry;
+}
+
+json checkJson(const QString& file, const RecipeCheck& check) {
+    json findings = json::array();
+    for (const RecipeFinding& finding : check.findings)
+        findings.push_back(findingJson(finding));
+    return {{"file", file.toStdString()},
+            {"good", check.isGood()},
+            {"programs", check.lines},
+            {"findings", findings}};
+}
+
+json switchesJson(const RecipeProgram& program, int first, int count) {
+    json values = json::array();
+    for (int i = 0; i < count; ++i)
+        values.push_back(program.value(first + i));
+    return values;
+}
+
+json segmentJson(const RecipeSegment& segment) {
+    const RecipeProgram& program = segment.program;
+    return {{"program", program.number},
+            {"line", program.line},
+            {"start_s", segment.start_s},
+            {"end_s", segment.end_s},
+            {"from", segment.from},
+            {"temperature", program.value(RECIPE_TEMPERATURE)},
+            {"soak_plus", program.value(RECIPE_SOAK_PLUS)},
+            {"soak_minus", program.value(RECIPE_SOAK_MINUS)},
+            {"pid_group", program.value(RECIPE_PID_GROUP)},
+            {"events", switchesJson(program, RECIPE_FIRST_EVENT, RECIPE_EVENTS)},
+            {"inputs", switchesJson(program, RECIPE_FIRST_INPUT, RECIPE_INPUTS)}};
+}
+
+json profileJson(const QString& file, const RecipeProfile& profile) {
+    json segments = json::array();
+    for (const RecipeSegment& segment : profile.segments)
+        segments.push_back(segmentJson(segment));
+    return {{"file", file.toStdString()},
+            {"duration_s", profile.durationSecs()},
+            {"segments", segments}};
+}
+
+int terminalColumns() {
+    winsize size = {};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return size.ws_col;
+    const int columns = qEnvironmentVariableIntValue("COLUMNS");
+    return columns > 0 ? columns : DEFAULT_COLUMNS;
+}
+
+QString trackText(const RecipeTrack& track) {
+    QStringList spans;
+    for (const RecipeSpan& span : track.spans)
+        spans.append(QString::fromLatin1("%1 to %2")
+                         .arg(clockText(span.start_s, false), clockText(span.end_s, false)));
+    return recipeTitles().at(track.column) + QLatin1String(": ") + spans.join(QLatin1String(", "));
+}
+
+void printCourse(const RecipeCheck& check, const RecipeProfile& profile, bool ascii) {
+    printLine(alignedColumns(recipeTable(check.programs)));
+    RecipeChartStyle style;
+    style.columns = terminalColumns();
+    style.unicode = !ascii;
+    const QStringList chart = recipeChart(profile, style);
+    if (chart.isEmpty())
+        return;
+    printLine(QStringLiteral("\n°C, h:min"));
+    printLine(chart.join(QLatin1Char('\n')));
+    for (const RecipeTrack& track : profile.tracks())
+        printLine(trackText(track));
+}
+
+bool drawPicture(const RecipeFileOptions& options, const RecipeProfile& profile) {
+    const QString title =
+        QString::fromLatin1("%1, %2 h")
+            .arg(QFileInfo(options.file).fileName(), clockText(profile.durationSecs(), false));
+    const QImage picture = recipePicture(profile, title);
+    if (picture.isNull()) {
+        printError(QString::fromLatin1("%1: no program takes time; there is nothing to draw")
+                       .arg(options.file));
+        return false;
+    }
+    QSaveFile file(options.picture);
+    if (file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG") && file.commit())
+        return true;
+    printError(QString::fromLatin1("%1: %2").arg(options.picture, file.errorString()));
+    return false;
+}
+
+} // namespace
+
+int runRecipeCheck(const Options& options) {
+    const QString& name = options.recipe_file.file;
+    const std::optional<RecipeCheck> check = checkFile(options.recipe_file);
+    if (!check)
+        return EXIT_COMMUNICATION;
+    if (options.json) {
+        printLine(QString::fromStdString(checkJson(name, *check).dump(2)));
+    } else {
+        for (const RecipeFinding& finding : check->findings)
+            printLine(findingText(name, finding));
+        printLine(summary(name, *check));
+    }
+    return check->isGood() ? EXIT_OK : EXIT_COMMUNICATION;
+}
+
+int runRecipeShow(const Options& options) {
+    const RecipeFileOptions& file_options = options.recipe_file;
+    const std::optional<RecipeCheck> check = checkFile(file_options);
+    if (!check)
+        return EXIT_COMMUNICATION;
+    const RecipeProfile profile = recipeProfile(
+        check->programs, file_options.steps ? RecipeCourse::Step : RecipeCourse::Ramp);
+    if (options.json)
+        printLine(QString::fromStdString(profileJson(file_options.file, profile).dump(2)));
+    else
+        printCourse(*check, profile, file_options.ascii);
+    if (!check->isGood())
+        printError(QString::fromLatin1("%1: %2; \"recipe check\" lists them")
+                       .arg(file_options.file, countsText(*check)));
+    if (!file_options.picture.isEmpty() && !drawPicture(file_options, profile))
+        return EXIT_COMMUNICATION;
+    return check->count(RecipeSeverity::Refused) == 0 ? EXIT_OK : EXIT_COMMUNICATION;
+}

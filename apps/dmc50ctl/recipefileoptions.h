@@ -1,0 +1,35 @@
+#ifndef APPS_DMC50CTL_RECIPEFILEOPTIONS_H
+#define APPS_DMC50CTL_RECIPEFILEOPTIONS_H
+
+#include <QString>
+
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/** What the recipe commands that need no controller are asked for. */
+struct RecipeFileOptions {
+    QString file;
+    std::optional<int> count; // programs that the file should have
+    QString picture;          // file to draw into; empty: no picture
+    bool steps = false;       // set temperatures change at once
+    bool ascii = false;
+};
+
+/** The same as it is written on the command line. */
+struct RawRecipeFileOptions {
+    std::optional<int> count;
+    std::string file, picture;
+    bool steps = false;
+    bool ascii = false;
+
+    RecipeFileOptions understood() const;
+};
+
+/** Adds "check" and "show" to the commands of "recipe". */
+void addRecipeFileCommands(CLI::App& recipe, RawRecipeFileOptions& raw);
+
+#endif
