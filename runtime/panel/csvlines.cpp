@@ -20,12 +20,18 @@ TextSpan withoutCarriageReturn(TextSpan line) {
 
 } // namespace
 
-CsvLines::CsvLines(QTextStream& stream) : m_count(0) {
+CsvLines::CsvLines(QTextStream& stream) : m_characters(0), m_count(0) {
     QString begun; // a line whose end has not been read yet
     for (;;) {
         const QString text = stream.read(BlockCharacters);
         if (text.isEmpty())
             break;
+        m_characters += text.size();
+        if (isTooLong()) {
+            m_blocks.clear();
+            m_count = 0;
+            return;
+        }
         const int whole = text.lastIndexOf(QLatin1Char('\n')) + 1;
         if (whole > 0) {
             append(begun + text.left(whole));

@@ -40,8 +40,18 @@ struct TextSpan {
  *  endless line. */
 class CsvLines {
 public:
-    /** Reads @p stream to its end. */
+    /** Characters of the longest text: 256 MiB of memory. */
+    static const qint64 MaxCharacters = 128 * 1024 * 1024;
+
+    /** Reads @p stream to its end, or gives up after MaxCharacters: a file can
+     *  be far longer than the memory, or without an end. */
     explicit CsvLines(QTextStream& stream);
+
+    /** True if the stream is longer; there are no lines then. */
+    bool isTooLong() const { return m_characters > MaxCharacters; }
+
+    /** Characters in the stream, those of the line ends included. */
+    qint64 characters() const { return m_characters; }
 
     /** Lines in the stream, taken or not. */
     int count() const { return m_count; }
@@ -62,6 +72,7 @@ private:
 
     std::deque<QString> m_blocks; // whole lines each; with m_rest open, the front is being taken
     TextSpan m_rest;              // not yet taken of the front block
+    qint64 m_characters;
     int m_count;
 };
 

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTextStream>
 
@@ -13,6 +14,17 @@ namespace {
 const int MaxErrorsShown = 22;       // what fits on the panel's screen
 const int PlausibleFieldLength = 5;  // longer header fields on average are suspect
 const int DetectableOccurrences = 2; // of a delimiter in a header
+
+// Empty fields that short rows may be given in all. Each takes a pointer's
+// memory, whatever it is shared with; a file of a wide header and many rows of a
+// character each would ask for their product. So the worst file of 100 MB takes
+// 14 GB on a 64-bit machine: lines of one character, most of it for their warnings.
+const qint64 PaddingPerCharacter = 4;
+const qint64 PaddingOfAnyFile = 4 * 1024 * 1024;
+
+qint64 paddingAllowed(const CsvLines& lines) {
+    return qMax(PaddingOfAnyFile, lines.characters() * PaddingPerCharacter);
+}
 
 } // namespace
 
@@ -42,15 +54,22 @@ bool KCSVLoader::openFile(QString fileName) {
     if (fileName.isEmpty())
         return false;
 
+    // Another kind of file may block when it is opened, or never end.
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         m_status = FileNotOpened;
         return false;
     }
     rememberDirectoryOf(fileName);
     QTextStream stream(&file);
     stream.setCodec(m_codec);
+    m_status = LoadedWithoutWarnings;
     loadFile(stream, m_error_message_list, m_warning_message_list);
+    if (m_status == FileNotOpened) { // it takes too much memory
+        m_content.clear();
+        m_warning_message_list.clear();
+        return false;
+    }
 
     if (!m_error_message_list.isEmpty()) {
         showErrors();
@@ -78,6 +97,10 @@ QString KCSVLoader::askFileName() {
 
 void KCSVLoader::loadFile(QTextStream& stream, QStringList& errors, QStringList& warnings) {
     CsvLines lines(stream);
+    if (lines.isTooLong()) {
+        m_status = FileNotOpened;
+        return;
+    }
     if (lines.count() < 2) {
         errors.append(tr("No content found in the imported file."));
         return;
@@ -99,6 +122,7 @@ void KCSVLoader::loadFile(QTextStream& stream, QStringList& errors, QStringList&
 void KCSVLoader::loadRows(CsvLines& lines, const QString& delimiter, int columns,
                           QStringList& errors, QStringList& warnings) {
     const QString current_line = QLatin1String("current line");
+    qint64 padding_left = paddingAllowed(lines);
     CsvRowReader reader(lines, delimiter);
     QStringList above;
     for (;;) {
@@ -109,6 +133,12 @@ void KCSVLoader::loadRows(CsvLines& lines, const QString& delimiter, int columns
             errors.append(tr("Format error at line %1").arg(line + 2)); // the missing line
         if (outcome != CsvRowReader::Row)
             return;
+        if (m_tolerate_column_mismatch)
+            padding_left -= qMax(0, columns - row.size());
+        if (padding_left < 0) {
+            m_status = FileNotOpened;
+            return;
+        }
         fitToHeader(row, line, columns, errors, warnings);
         m_content.append(row);
         above = row;

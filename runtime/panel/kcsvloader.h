@@ -13,8 +13,10 @@ class QTextStream;
  *  The encoding is the codec's, unless the file begins with a byte-order mark:
  *  that overrules the codec, so a UTF-16BE or UTF-8 file with a mark is read
  *  right whatever the codec. Carriage returns are dropped wherever they stand.
- *  Time and memory are linear in the file's size, except that short rows are
- *  padded to the header's width. */
+ *  Time and memory are linear in the file's size. To keep that so, a file counts
+ *  as one that cannot be opened if it is not a regular one, if it is longer than
+ *  128 Mi characters, or if its short rows would be padded to the header's width
+ *  with more than 4 Mi empty fields and more than 4 for each of its characters. */
 class PANEL_SERVICE KCSVLoader : public KCSVInterface {
     Q_OBJECT
 
@@ -37,7 +39,7 @@ public:
     // The steps of openFile().
 
     /** Reads the rows of @p stream and appends what is wrong with them to the
-     *  two lists. */
+     *  two lists. A stream that takes too much memory sets the status alone. */
     void loadFile(QTextStream& stream, QStringList& errors, QStringList& warnings);
 
     /** Looks for a tab, then a comma, that stands at least twice in @p line and

@@ -11,6 +11,7 @@
 
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -86,6 +87,63 @@ TEST_F(CsvBadInput, ADirectoryIsAFileThatCannotBeOpened) {
     EXPECT_FALSE(loader.openFile(directory.path()));
     EXPECT_EQ(loader.m_status, 1);
     EXPECT_EQ(loader.errorMessageList(), QStringList());
+}
+
+TEST_F(CsvBadInput, WhatIsNoRegularFileCannotBeOpened) {
+    const QString pipe = directory.filePath(text("pipe")); // with no writer: opening it blocks
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const QString& name : {text("/dev/zero"), text("/dev/null"), pipe}) {
+        EXPECT_FALSE(loader.openFile(name));
+        EXPECT_TRUE(loader.fileContent().isEmpty());
+        EXPECT_EQ(loader.errorMessageList(),
+                  texts({"File cannot be opened.", "Please select the right file."}));
+    }
+}
+
+TEST_F(CsvBadInput, ALinkToAFileIsFollowed) {
+    writeRepeated("a\n", "1\n", 1000, "");
+    const QString link = directory.filePath(text("link"));
+    ASSERT_TRUE(QFile::link(path, link));
+    EXPECT_TRUE(loader.openFile(link));
+    EXPECT_EQ(loader.m_content.size(), 1001);
+}
+
+TEST_F(CsvBadInput, AFileLongerThanAnyTableCannotBeOpened) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(Q_INT64_C(1) << 40)); // zeros, which take no room on the disk
+    EXPECT_FALSE(loader.openFile(path));
+    EXPECT_EQ(loader.m_status, 1);
+    EXPECT_EQ(loader.errorMessageList(), QStringList());
+}
+
+TEST_F(CsvBadInput, ShortRowsArePaddedOnlyToAnAmountOfMemory) {
+    const QByteArray header = QByteArray(4095, '\t') + '\n'; // 4 Mi fields in 1024 rows
+    writeRepeated(header.constData(), "1\n", 1000, "");
+    EXPECT_TRUE(loader.openFile(path));
+    EXPECT_EQ(loader.m_content.last().size(), 4096);
+    EXPECT_EQ(loader.warningMessageList().size(), 1000);
+
+    writeRepeated(header.constData(), "1\n", 2000, "");
+    EXPECT_FALSE(loader.openFile(path));
+    EXPECT_TRUE(loader.fileContent().isEmpty());
+    EXPECT_EQ(loader.errorMessageList(),
+              texts({"File cannot be opened.", "Please select the right file."}));
+    EXPECT_EQ(loader.warningMessageList(), QStringList());
+    EXPECT_TRUE(loader.m_content.isEmpty());
+}
+
+TEST_F(CsvBadInput, ALongFileMayBePaddedMore) {
+    writeRepeated("a\tb\tc\td\te\n", "1\n", 11 * Million / 10, "");
+    EXPECT_TRUE(loader.openFile(path));
+    EXPECT_EQ(loader.m_content.last(), texts({"1", "", "", "", ""}));
+}
+
+TEST_F(CsvBadInput, AFileThatIsRefusedDoesNotSpoilTheNext) {
+    EXPECT_FALSE(loader.openFile(text("/dev/zero")));
+    writeRepeated("a\tb\n", "1\t2\n", 1000, "");
+    EXPECT_TRUE(loader.openFile(path));
+    EXPECT_EQ(loader.fileContent().size(), 1001);
 }
 
 TEST_F(CsvBadInput, AFileThatOpensButCannotBeReadHasNoContent) {
