@@ -77,7 +77,8 @@ void DotField::drawLine(int from_x, int from_y, int to_x, int to_y) {
 QString DotField::row(int index) const {
     QString text;
     for (int column = 0; column < m_columns; ++column) {
-        const ushort dots = m_dots[std::size_t(index * m_columns + column)];
+        const ushort dots =
+            m_dots[std::size_t(index) * std::size_t(m_columns) + std::size_t(column)];
         if (dots == 0)
             text += QLatin1Char(' ');
         else

@@ -30,7 +30,6 @@ constexpr double NARROWEST_NUMBER = 0.018; // of the picture's width
 constexpr double NARROWEST_LABEL = 0.045;
 constexpr double NARROWEST_PID_LABEL = 0.04;
 constexpr int TITLE_GAP = 10;
-constexpr int BORDER_WIDTH = 24; // for half a time mark at the right end
 
 const QColor GRID_COLOR(0xD5, 0xDB, 0xDF);
 const QColor BAND_COLORS[] = {QColor(0xF3, 0xF6, 0xF9), QColor(0xE1, 0xEA, 0xF2)};
@@ -264,9 +263,11 @@ void alignPlots(QwtPlot& upper, QwtPlot& lower) {
     for (QwtScaleDraw::ScaleComponent part :
          {QwtScaleDraw::Backbone, QwtScaleDraw::Ticks, QwtScaleDraw::Labels})
         hidden->enableComponent(part, false);
+    int left = 0, right = 0; // that the time marks at both ends need
+    lower.axisWidget(QwtPlot::xBottom)->getBorderDistHint(left, right);
     double extent = 0;
     for (QwtPlot* plot : {&upper, &lower}) {
-        plot->axisWidget(QwtPlot::xBottom)->setMinBorderDist(BORDER_WIDTH, BORDER_WIDTH);
+        plot->axisWidget(QwtPlot::xBottom)->setMinBorderDist(left, right);
         const QwtScaleWidget* const scale = plot->axisWidget(QwtPlot::yLeft);
         extent = std::max(extent, scale->scaleDraw()->extent(scale->font()));
     }

@@ -120,6 +120,18 @@ TEST(RecipeCheckCommand, NeverTakesACutFileForTheWholeOne) {
     EXPECT_EQ(control({"recipe", "check", "--count", "3", file.path()}).status, 1);
 }
 
+TEST(RecipeCheckCommand, PassesWhatWasPulledFromAController) {
+    SimulatedLine line;
+    const QTemporaryDir stick;
+    const Ended pulled =
+        control({"--port", line.port(), "recipe", "pull", "4", "--stick", stick.path()});
+    ASSERT_EQ(pulled.status, 0) << qPrintable(pulled.errors);
+    const QString file = stick.filePath("PROG_4.txt");
+    const Ended ended = control({"recipe", "check", "--count", "32", file});
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(ended.output, file + ": 32 programs, good\n");
+}
+
 TEST(RecipeCheckCommand, FailsWithoutAFile) {
     const Ended ended = control({"recipe", "check", "/nowhere/PROG_1.txt"});
     EXPECT_EQ(ended.status, 1);
