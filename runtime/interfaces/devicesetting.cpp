@@ -5,15 +5,7 @@
 
 DeviceSetting::DeviceSetting(device_type kind, const QString& name, int baud, int data_bits,
                              int stop_bits, int parity_code)
-    : type(kind)
-    , string(name)
-    , baudrate(baud)
-    , databits(data_bits)
-    , stopbits(stop_bits)
-    , parity(parity_code)
-    , number(0)
-    , linkID(-1)
-    , currentIndex(0) {}
+    : DeviceSetting(kind, name, baud, data_bits, stop_bits, parity_code, 0, QString()) {}
 
 DeviceSetting::DeviceSetting(device_type kind, const QString& name, int baud, int data_bits,
                              int stop_bits, int parity_code, int number_value,

@@ -20,6 +20,17 @@ protected:
         m_leaving.get_future().wait();
     }
 
+    /** Starts a read of 32 programs that holds the line at the third. */
+    void readAndHoldLine() {
+        m_on_program_read = [this](int number) {
+            if (number == 3)
+                holdLine();
+            return true;
+        };
+        choose(7, 32);
+        writeTag("VVT_ENABLE1", 1);
+    }
+
     /** The test's thread: deletes the driver as soon as the line is held. */
     void deleteDriverWhileLineIsHeld() {
         m_line_busy.get_future().wait();
@@ -44,13 +55,7 @@ protected:
 } // namespace
 
 TEST_F(ExporterDeparture, DuringAReadNeitherFileNorLogIsMade) {
-    m_on_program_read = [this](int number) {
-        if (number == 3)
-            holdLine();
-        return true;
-    };
-    choose(7, 32);
-    writeTag("VVT_ENABLE1", 1);
+    readAndHoldLine();
     deleteDriverWhileLineIsHeld();
     const int requests = m_port.requests().size();
     waitForWorker();
@@ -112,13 +117,7 @@ TEST_F(ExporterDeparture, AtAnyMomentOfAReadIsSafe) {
 }
 
 TEST_F(ExporterDeparture, AnExporterThatGoesFirstCutsItsTransferShort) {
-    m_on_program_read = [this](int number) {
-        if (number == 3)
-            holdLine();
-        return true;
-    };
-    choose(7, 32);
-    writeTag("VVT_ENABLE1", 1);
+    readAndHoldLine();
     m_line_busy.get_future().wait();
     m_leaving.set_value();
     m_pump.reset(new TimePump(m_clock));

@@ -20,6 +20,17 @@ protected:
             m_environment.pullStick();
     }
 
+    /** Reads three programs and loses the stick, and so the read, at the second. */
+    void readAndPullStick(bool is_noticed) {
+        m_on_program_read = [this, is_noticed](int number) {
+            if (number == 2)
+                pullStick(is_noticed);
+            return true;
+        };
+        read(7, 3);
+        EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    }
+
     /** Reads every tag as the panel does, from a thread of its own, until told
      *  to stop. True if no value was ever out of its range. */
     bool pollAllTags(const std::atomic<bool>& stop) {
@@ -38,26 +49,14 @@ protected:
 } // namespace
 
 TEST_F(ExporterTrouble, AStickPulledDuringAReadIsAReportedError) {
-    m_on_program_read = [this](int number) {
-        if (number == 2)
-            pullStick(true);
-        return true;
-    };
-    read(7, 3);
-    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    readAndPullStick(true);
     EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
     m_environment.pass(2000);
     expectIdle();
 }
 
 TEST_F(ExporterTrouble, AStickPulledUnnoticedDuringAReadIsAnErrorWithoutALog) {
-    m_on_program_read = [this](int number) {
-        if (number == 2)
-            pullStick(false);
-        return true;
-    };
-    read(7, 3);
-    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    readAndPullStick(false);
     EXPECT_TRUE(m_notices.notices().isEmpty());
     m_environment.pass(2000);
     expectIdle();

@@ -1,16 +1,10 @@
 #include "runtime/panel/armlinuxhmi.h"
 
 #include "runtime/panel/panelpaths.h"
-#include "tests/support/fakemount.h"
-#include "tests/support/messagelog.h"
-#include "tests/support/scopedpanelpaths.h"
-#include "tests/support/storagesignals.h"
-#include "tests/unit/panel/recordingstorage.h"
+#include "tests/unit/panel/armstoragefixture.h"
 
 #include <QDir>
 #include <QFileInfo>
-
-#include <gtest/gtest.h>
 
 #include <random>
 
@@ -24,16 +18,7 @@ QStringList list(const char* texts) {
     return latin1(texts).split(QLatin1Char('|'));
 }
 
-class ArmStorage : public ::testing::Test {
-protected:
-    TemporaryDirectory directory;
-    ScopedPanelPaths paths{directory.path()};
-    FakeMount mount;
-    MessageLog log;
-    RecordingStorage system;
-    ArmLinuxHmi hmi{system};
-    StorageSignals told{hmi};
-};
+class ArmStorage : public ArmStorageFixture {};
 
 } // namespace
 

@@ -1,12 +1,5 @@
-#include "runtime/panel/armlinuxhmi.h"
 #include "runtime/panel/diskcounters.h"
-#include "tests/support/fakemount.h"
-#include "tests/support/messagelog.h"
-#include "tests/support/scopedpanelpaths.h"
-#include "tests/support/storagesignals.h"
-#include "tests/unit/panel/recordingstorage.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/panel/armstoragefixture.h"
 
 #include <random>
 
@@ -16,7 +9,7 @@ QString latin1(const char* text) {
     return QString::fromLatin1(text);
 }
 
-class DiskActivity : public ::testing::Test {
+class DiskActivity : public ArmStorageFixture {
 protected:
     void mountNode(const QByteArray& node) {
         mount.setTable(node + " on /run/media/sdx type vfat (rw)\n");
@@ -34,14 +27,6 @@ protected:
     const QStringList up = QStringList(latin1("inIO 1 0 true"));
     const QStringList down = QStringList(latin1("inIO 1 0 false"));
     const QStringList nothing;
-
-    TemporaryDirectory directory;
-    ScopedPanelPaths paths{directory.path()};
-    FakeMount mount;
-    MessageLog log;
-    RecordingStorage system;
-    ArmLinuxHmi hmi{system};
-    StorageSignals told{hmi};
 };
 
 } // namespace
