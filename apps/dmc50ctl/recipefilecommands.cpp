@@ -28,6 +28,10 @@ std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options) {
         printError(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
         return std::nullopt;
     }
+    if (file.isSequential()) { // what has come of it by now may not be all
+        printError(QString::fromLatin1("%1: not a regular file").arg(options.file));
+        return std::nullopt;
+    }
     const QByteArray content = file.read(LARGEST_FILE + 1);
     if (content.size() > LARGEST_FILE) {
         printError(QString::fromLatin1("%1: too large for a program file").arg(options.file));

@@ -58,6 +58,8 @@ public:
         QStringList warnings;
         ContentStream text(content);
         loadFile(text.stream(), m_errors, warnings);
+        if (m_status == FileNotOpened)
+            m_errors.append(QStringLiteral("far too many columns for its rows"));
     }
     const QStringList& errors() const { return m_errors; }
     bool hasDetectedDelimiter() const { return m_delimiter_detected; }

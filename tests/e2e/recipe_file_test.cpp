@@ -137,6 +137,8 @@ TEST(RecipeCheckCommand, FailsWithoutAFile) {
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.errors, QString("dmc50ctl: /nowhere/PROG_1.txt: No such file or directory\n"));
     EXPECT_EQ(control({"recipe", "check"}).status, 2);
+    EXPECT_EQ(control({"recipe", "check", "/dev/null"}).errors,
+              QString("dmc50ctl: /dev/null: not a regular file\n"));
 }
 
 TEST(RecipeShowCommand, PrintsProgramsCourseAndEvents) {

@@ -225,6 +225,13 @@ TEST(RecipeCheck, RefusesWhatTheDriversLoaderCannotLoad) {
               "delimiter.\n");
 }
 
+TEST(RecipeCheck, RefusesATableThatTheDriverHasNoMemoryFor) {
+    const QString text = QString(10000, QLatin1Char('\t')) + QStringLiteral("\n1").repeated(1000);
+    const RecipeCheck check = checkRecipe(encoded(text + QLatin1Char('\n')));
+    EXPECT_EQ(texts(check),
+              "f: refused: the driver cannot load it: far too many columns for its rows\n");
+}
+
 TEST(RecipeCheck, ReadsCommasAsTheDriverDoesAndSaysSo) {
     QString text = lineOf(recipeTitles()) + lineOf(row(1));
     text.replace(QLatin1Char('\t'), QLatin1Char(','));
