@@ -40,7 +40,9 @@ private:
 };
 
 QString systemError() {
-    return QString::fromLocal8Bit(std::strerror(errno));
+    // Without a word about spaces, this reads like a full disk.
+    return errno == ENOSPC ? QStringLiteral("no name space is left")
+                           : QString::fromLocal8Bit(std::strerror(errno));
 }
 
 bool writeFile(const char* path, const QByteArray& text) {

@@ -81,6 +81,7 @@ public:
 private:
     void work(const PanelSetup& setup);
     int runCommand(PanelSession& session);
+    void tellInterruption() const;
     int exitStatus(int status) const;
 
     const Target& m_target;
@@ -107,6 +108,14 @@ int Communication::prepare() {
     return EXIT_COMMUNICATION;
 }
 
+/** Here, since the command may have to be left behind without a word. */
+void Communication::tellInterruption() const {
+    if (m_options.command == Options::Command::RecipePush)
+        printError(QStringLiteral("interrupted; the controller may hold a part of the programs"));
+    else if (m_options.isTransfer())
+        printError(QStringLiteral("interrupted"));
+}
+
 int Communication::exitStatus(int status) const {
     if (!m_shared.interrupted())
         return status;
@@ -120,7 +129,9 @@ int Communication::runCommand(PanelSession& session) {
     case Options::Command::Watch:
         return runWatch(session, m_target, m_options, m_shared.interrupted());
     case Options::Command::RecipePull:
-        return runRecipe(session, m_target, *m_panel, m_options);
+    case Options::Command::RecipePush:
+    case Options::Command::RecipeTemplate:
+        return runRecipe(session, m_target, *m_panel, m_options, m_shared.interrupted());
     default:
         return runRead(session, m_target, m_options);
     }
@@ -154,6 +165,7 @@ int Communication::run(const std::function<void()>& clean_up) {
     QObject::connect(&notifier, &QSocketNotifier::activated, qApp, [&] {
         notifier.setEnabled(false);
         m_shared.interrupt();
+        tellInterruption();
         QTimer::singleShot(PATIENCE_MS, qApp, [&] {
             clean_up();
             std::fflush(stdout);

@@ -2,6 +2,7 @@
 #include "apps/dmc50ctl/communication.h"
 #include "apps/dmc50ctl/infocommand.h"
 #include "apps/dmc50ctl/recipefilecommands.h"
+#include "apps/dmc50ctl/silentline.h"
 #include "host/paneldirectory.h"
 #include "host/privatestick.h"
 
@@ -80,8 +81,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     const bool draws = !options.recipe_file.picture.isEmpty();
     if (!draws && (!target || !target->needsWindows()))
         return std::make_unique<QCoreApplication>(argc, argv);
-    // A picture needs no display, whatever the environment says of one.
-    setenv("QT_QPA_PLATFORM", "offscreen", draws);
+    // These need no display, whatever the environment says of one.
+    setenv("QT_QPA_PLATFORM", "offscreen", draws || options.isTransfer());
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
     return std::make_unique<QApplication>(argc, argv);
 }
@@ -92,7 +93,13 @@ int main(int argc, char** argv) {
     const ParsedOptions parsed = parseOptions(argc, argv);
     if (parsed.exit_status)
         return *parsed.exit_status;
-    const Options& options = parsed.options;
+    Options options = parsed.options;
+    std::unique_ptr<SilentLine> silent_line;
+    if (options.command == Options::Command::RecipeTemplate &&
+        options.project_directory.isEmpty() && options.port.isEmpty()) {
+        silent_line = std::make_unique<SilentLine>();
+        options.port = silent_line->path();
+    }
     std::optional<Target> target;
     if (options.needsTarget()) {
         const TargetReading reading = readTarget(options);

@@ -121,8 +121,12 @@ void addProjectCommands(CLI::App& app, RawOptions& raw) {
 Options::Command recipeCommandOf(const CLI::App& recipe) {
     if (recipe.got_subcommand("check"))
         return Options::Command::RecipeCheck;
-    return recipe.got_subcommand("show") ? Options::Command::RecipeShow
-                                         : Options::Command::RecipePull;
+    if (recipe.got_subcommand("show"))
+        return Options::Command::RecipeShow;
+    if (recipe.got_subcommand("push"))
+        return Options::Command::RecipePush;
+    return recipe.got_subcommand("template") ? Options::Command::RecipeTemplate
+                                             : Options::Command::RecipePull;
 }
 
 Options::Command commandOf(const CLI::App& app) {
@@ -171,8 +175,7 @@ Options understood(const RawOptions& raw, Options::Command command) {
 
 /** Whether the parts of the command line go together. */
 void checkUsage(const Options& options) {
-    if ((options.isAccess() || options.isTransfer()) && options.project_directory.isEmpty() &&
-        options.port.isEmpty())
+    if (options.needsLine() && options.project_directory.isEmpty() && options.port.isEmpty())
         throw CLI::ValidationError("--project DIR or --port PORT is needed");
     if (options.isAccess() && options.project_directory.isEmpty() && options.items.isEmpty())
         throw CLI::ValidationError("name the addresses, such as PA0011000");

@@ -26,6 +26,8 @@ struct Options {
         ProjectBuild,
         ProjectNew,
         RecipePull,
+        RecipePush,
+        RecipeTemplate,
         RecipeCheck,
         RecipeShow
     };
@@ -54,7 +56,13 @@ struct Options {
     bool isAccess() const {
         return command == Command::Read || command == Command::Write || command == Command::Watch;
     }
-    bool isTransfer() const { return command == Command::RecipePull; }
+    bool isTransfer() const {
+        return command == Command::RecipePull || command == Command::RecipePush ||
+               command == Command::RecipeTemplate;
+    }
+    bool needsLine() const {
+        return isAccess() || (isTransfer() && command != Command::RecipeTemplate);
+    }
     bool needsTarget() const {
         return isAccess() || isTransfer() ||
                (command == Command::Info && !project_directory.isEmpty());

@@ -13,28 +13,33 @@ const char WIPE_LINE[] = "\r\x1b[K";
 
 } // namespace
 
-ProgressLine::ProgressLine(const QString& text, bool silent)
-    : m_text(text), m_silent(silent), m_terminal(isatty(STDOUT_FILENO) == 1) {}
+ProgressLine::ProgressLine(bool silent)
+    : m_silent(silent), m_terminal(isatty(STDOUT_FILENO) == 1) {}
 
-ProgressLine::~ProgressLine() {
+void ProgressLine::clear() {
     if (m_terminal && m_shown >= 0) {
         std::fputs(WIPE_LINE, stdout);
         std::fflush(stdout);
     }
+    m_shown = -1;
 }
 
-void ProgressLine::show(int percent) {
+void ProgressLine::show(const QString& text, int percent) {
     if (m_silent)
         return;
+    if (text != m_text)
+        clear();
+    m_text = text;
     if (m_terminal) {
-        const int full = BAR_WIDTH * percent / 100;
-        const QString bar = QString(full, QLatin1Char('#')).leftJustified(BAR_WIDTH);
-        const QString line = QString::fromLatin1("%1 [%2] %3 %").arg(m_text, bar).arg(percent, 3);
+        const QString bar = QString(BAR_WIDTH * percent / 100, QLatin1Char('#'));
+        const QString line = QString::fromLatin1("%1 [%2] %3 %")
+                                 .arg(text, bar.leftJustified(BAR_WIDTH))
+                                 .arg(percent, 3);
         std::printf("\r%s", line.toUtf8().constData());
         std::fflush(stdout);
         m_shown = percent;
     } else if (m_shown < 0 || percent / PLAIN_STEP > m_shown / PLAIN_STEP) {
-        printLine(QString::fromLatin1("%1: %2 %").arg(m_text).arg(percent));
+        printLine(QString::fromLatin1("%1: %2 %").arg(text).arg(percent));
         m_shown = percent;
     }
 }

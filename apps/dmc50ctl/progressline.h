@@ -7,22 +7,20 @@
  *  terminal, elsewhere a line now and then. */
 class ProgressLine {
 public:
-    /** @p text says what is done. A @p silent one shows nothing. */
-    ProgressLine(const QString& text, bool silent);
+    /** A @p silent one shows nothing. */
+    explicit ProgressLine(bool silent);
+
+    /** @p text says what is done. */
+    void show(const QString& text, int percent);
 
     /** Wipes the bar out. */
-    ~ProgressLine();
-
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-
-    void show(int percent);
+    void clear();
 
 private:
-    const QString m_text;
     const bool m_silent;
     const bool m_terminal;
-    int m_shown = -1; // percent of the last line
+    QString m_text;   // of the last line
+    int m_shown = -1; // percent of the last line; -1: none
 };
 
 #endif

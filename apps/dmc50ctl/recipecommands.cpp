@@ -32,10 +32,17 @@ int chooseLink(const Project& project, const QString& wanted, QString& problem) 
     return 0;
 }
 
-QString arrived(const RecipeReport& report) {
-    return QString::fromLatin1("%1 programs pulled to %2")
-        .arg(report.programs.size())
-        .arg(report.file);
+QString success(const RecipeReport& report, Options::Command command) {
+    const QString number = QString::number(report.programs.size());
+    switch (command) {
+    case Options::Command::RecipePush:
+        return QString::fromLatin1("%1 programs pushed from %2 and read back")
+            .arg(number, report.file);
+    case Options::Command::RecipeTemplate:
+        return QString::fromLatin1("blank file for %1 programs: %2").arg(number, report.file);
+    default:
+        return QString::fromLatin1("%1 programs pulled to %2").arg(number, report.file);
+    }
 }
 
 nlohmann::ordered_json reportJson(const RecipeReport& report) {
@@ -50,9 +57,20 @@ void print(const RecipeReport& report, const Options& options) {
     if (options.json)
         printLine(QString::fromStdString(reportJson(report).dump()));
     else if (!report.programs.isEmpty())
-        printLine(arrived(report));
+        printLine(success(report, options.command));
     for (const QString& problem : report.problems)
         printError(problem);
+}
+
+RecipeReport run(RecipeJob& job, Options::Command command) {
+    switch (command) {
+    case Options::Command::RecipePush:
+        return job.push();
+    case Options::Command::RecipeTemplate:
+        return job.makeTemplate();
+    default:
+        return job.pull();
+    }
 }
 
 } // namespace
@@ -74,18 +92,21 @@ std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& op
     problem = QString::fromLatin1("program %1: the project's tags do not have all %2 double words; "
                                   "the driver would take the others for 0")
                   .arg(numberRanges(order.slots_known.partial))
-                  .arg(RECIPE_SLOT_DWORDS);
+                  .arg(RECIPE_COLUMNS);
     return std::nullopt;
 }
 
 int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
-              const Options& options) {
+              const Options& options, const std::atomic<bool>& interrupted) {
     const RecipeOrder& order = *target.recipe;
-    auto progress = std::make_unique<ProgressLine>(QStringLiteral("pulling"), options.json);
-    RecipeJob job(session.link(order.slots_known.link_id), panel, order,
-                  [&](int percent) { progress->show(percent); });
-    const RecipeReport report = job.pull();
-    progress.reset();
+    ProgressLine progress(options.json);
+    RecipeJob job(
+        session.link(order.slots_known.link_id), panel, order,
+        [&](const char* what, int percent) { progress.show(QLatin1String(what), percent); });
+    const RecipeReport report = run(job, options.command);
+    progress.clear();
+    if (interrupted)
+        return EXIT_INTERRUPTED; // which has been told
     print(report, options);
     job.settle();
     return report.ok() ? EXIT_OK : EXIT_COMMUNICATION;

@@ -2,17 +2,19 @@
 #define APPS_DMC50CTL_RECIPECOMMANDS_H
 
 #include "apps/dmc50ctl/target.h"
-#include "host/paneloperator.h"
 #include "host/panelsession.h"
+#include "host/transfer/paneloperator.h"
+
+#include <atomic>
 
 /** What the driver is to transfer on which link of @p project. On failure
  *  @p problem says why that cannot be. */
 std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& options,
                                        QString& problem);
 
-/** Transfers target.recipe and reports it. Returns an exit status. Communication
- *  thread. */
+/** Transfers target.recipe and reports it, unless it was @p interrupted. Returns an
+ *  exit status. Communication thread. */
 int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
-              const Options& options);
+              const Options& options, const std::atomic<bool>& interrupted);
 
 #endif

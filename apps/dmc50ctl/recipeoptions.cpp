@@ -1,6 +1,6 @@
 #include "apps/dmc50ctl/recipeoptions.h"
 
-#include "host/recipeslots.h"
+#include "host/recipe/recipeformat.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,7 +19,7 @@ const char FOOTER[] =
 void addCommonOptions(CLI::App& command, RawRecipeOptions& raw) {
     command.add_option("--count", raw.count, "Programs to transfer, from the first (default 32)")
         ->type_name("N")
-        ->check(CLI::Range(1, RECIPE_SLOTS).description(""));
+        ->check(CLI::Range(1, RECIPE_PROGRAMS).description(""));
     command
         .add_option("--stick", raw.stick,
                     "Use the folder DIR as the USB stick (default: the one that is mounted)")
@@ -57,5 +57,12 @@ CLI::App* addRecipeCommands(CLI::App& app, RawRecipeOptions& raw) {
     CLI::App* const pull = recipe->add_subcommand("pull", "Controller to file");
     addTransferOptions(*pull, raw);
     addCommonOptions(*pull, raw);
+    CLI::App* const push = recipe->add_subcommand("push", "File to controller, and check it");
+    addTransferOptions(*push, raw);
+    addCommonOptions(*push, raw);
+    push->add_option("--file", raw.file, "The file to take where several match")->type_name("NAME");
+    push->add_flag("--ignore-labels", raw.ignore_labels,
+                   "Write rows that are labelled for other programs, too");
+    addCommonOptions(*recipe->add_subcommand("template", "A blank file; needs no controller"), raw);
     return recipe;
 }

@@ -29,7 +29,7 @@ struct RawRecipeOptions {
     RecipeOptions understood() const;
 };
 
-/** Adds "recipe" and its commands to the program's, and returns it. */
+/** Adds "recipe" and the commands of the transfer to the program's; returns it. */
 CLI::App* addRecipeCommands(CLI::App& app, RawRecipeOptions& raw);
 
 #endif

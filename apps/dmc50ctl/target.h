@@ -3,7 +3,7 @@
 
 #include "apps/dmc50ctl/options.h"
 #include "host/project.h"
-#include "host/recipejob.h"
+#include "host/transfer/recipejob.h"
 
 #include <QSet>
 

@@ -1,4 +1,4 @@
-#include "host/paneloperator.h"
+#include "host/transfer/paneloperator.h"
 
 #include "runtime/panel/messagecenter.h"
 
@@ -32,6 +32,8 @@ QString textOf(const QString& message) {
 } // namespace
 
 PanelOperator::PanelOperator() : m_panel(makePanel()) {
+    // A dialog that closes is no reason for the program to end.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     qApp->installEventFilter(this);
 }
 

@@ -1,5 +1,5 @@
-#ifndef HOST_RECIPEFILES_H
-#define HOST_RECIPEFILES_H
+#ifndef HOST_TRANSFER_RECIPEFILES_H
+#define HOST_TRANSFER_RECIPEFILES_H
 
 #include <QStringList>
 

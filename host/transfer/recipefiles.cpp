@@ -1,4 +1,4 @@
-#include "host/recipefiles.h"
+#include "host/transfer/recipefiles.h"
 
 #include <QDir>
 #include <QFile>

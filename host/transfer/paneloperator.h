@@ -1,5 +1,5 @@
-#ifndef HOST_PANELOPERATOR_H
-#define HOST_PANELOPERATOR_H
+#ifndef HOST_TRANSFER_PANELOPERATOR_H
+#define HOST_TRANSFER_PANELOPERATOR_H
 
 #include <QMutex>
 #include <QObject>

@@ -1,14 +1,12 @@
-#ifndef HOST_RECIPESLOTS_H
-#define HOST_RECIPESLOTS_H
+#ifndef HOST_TRANSFER_RECIPESLOTS_H
+#define HOST_TRANSFER_RECIPESLOTS_H
 
 #include "host/project.h"
+#include "host/recipe/recipeformat.h"
 
 /** Where a controller keeps its programs: double words from 0x1000, one program
- *  every 0x20. */
-constexpr int RECIPE_SLOTS = 32;
-constexpr int RECIPE_SLOT_DWORDS = 24; // double words of one program
-
-quint32 recipeSlotAddress(int number); // of program @p number, from 1
+ *  every 0x20. Numbers count from 1. */
+quint32 recipeSlotAddress(int number);
 
 /** "NA1000:dword:24" and so on: every program as a tag of a plain project. */
 QStringList recipeSlotItems();

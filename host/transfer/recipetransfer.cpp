@@ -1,4 +1,4 @@
-#include "host/recipetransfer.h"
+#include "host/transfer/recipetransfer.h"
 
 #include <QtEndian>
 
@@ -52,7 +52,20 @@ RecipeTransfer::Flags RecipeTransfer::flags(TransferKind kind) {
     now.percent = value("PROGRESS", kind, now.error);
     now.failed = value("ERROR", kind, now.error) != 0;
     now.running = value("ENABLE", kind, now.error) != 0;
+    now.given_up = kind == TransferKind::Push && isSilent();
     return now;
+}
+
+/** Whether the station has left a request with all its retries unanswered, and
+ *  everything since. What is written then is lost, but the driver would go on with
+ *  the rest for minutes and report success; its error shows too briefly to be seen. */
+bool RecipeTransfer::isSilent() const {
+    if (m_link.port().statistics().silent == m_silent_before)
+        return false;
+    const qint64 since_reply = m_link.stationAgeMsecs(m_station);
+    const qint64 since_start = m_clock.msecsSinceBoot() - m_start;
+    return (since_reply < 0 ? since_start : std::min(since_reply, since_start)) >
+           m_link.patienceMsecs();
 }
 
 /** The driver shows a line's error only for a moment: so it is looked for often. */
@@ -111,6 +124,8 @@ TransferEnd RecipeTransfer::follow(TransferKind kind, const Progress& progress) 
         if (now.error.isEmpty() && !has_moved)
             end.error = QString::fromLatin1("the driver has made no progress for %1 s")
                             .arg(stall_ms / 1000);
+        if (now.given_up && !now.failed)
+            end.error = QStringLiteral("the controller does not answer");
         if (now.percent > last && !now.failed)
             progress(now.percent);
         if (now.isOver())
@@ -123,6 +138,8 @@ TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
                                 const Progress& progress) {
     settle();
     TransferEnd end;
+    m_start = m_clock.msecsSinceBoot();
+    m_silent_before = m_link.port().statistics().silent;
     end.error = start(kind, program_id, count);
     if (!end.error.isEmpty())
         return end;

@@ -1,5 +1,5 @@
-#ifndef HOST_RECIPETRANSFER_H
-#define HOST_RECIPETRANSFER_H
+#ifndef HOST_TRANSFER_RECIPETRANSFER_H
+#define HOST_TRANSFER_RECIPETRANSFER_H
 
 #include "host/linksession.h"
 
@@ -41,10 +41,11 @@ private:
         bool running = false;
         bool failed = false;
         int percent = 0;
-        QString error; // of asking
+        bool given_up = false; // by this object
+        QString error;         // of asking
 
         bool hasBegun() const { return running || failed || percent > 0; }
-        bool isOver() const { return !running || failed || percent == 100; }
+        bool isOver() const { return !running || failed || percent == 100 || given_up; }
     };
 
     QString start(TransferKind kind, int program_id, int count);
@@ -56,10 +57,13 @@ private:
     QString setValue(const char* tag, int number);
     TagDefinition tag(const QString& address) const;
     void pass(int msecs);
+    bool isSilent() const;
 
     LinkSession& m_link;
     const int m_station;
     Clock& m_clock;
+    qint64 m_start = 0;          // of the transfer; the clock's time, ms
+    quint64 m_silent_before = 0; // requests without an answer until then
 };
 
 #endif

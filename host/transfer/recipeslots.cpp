@@ -1,4 +1,4 @@
-#include "host/recipeslots.h"
+#include "host/transfer/recipeslots.h"
 
 #include <QSet>
 
@@ -46,14 +46,14 @@ TagDefinition slotTag(int number, int link_id, int station) {
     tag.address = *parseProjectAddress(
         QString::fromLatin1("NA%1").arg(recipeSlotAddress(number), 0, 16), problem);
     tag.type = *tagTypeByName(QStringLiteral("dword"));
-    tag.count = RECIPE_SLOT_DWORDS;
+    tag.count = RECIPE_COLUMNS;
     tag.link_id = link_id;
     tag.station = station;
     return tag;
 }
 
 bool isWhole(int number, const QSet<quint32>& known) {
-    for (int i = 0; i < RECIPE_SLOT_DWORDS; ++i) {
+    for (int i = 0; i < RECIPE_COLUMNS; ++i) {
         if (!known.contains(recipeSlotAddress(number) + quint32(i)))
             return false;
     }
@@ -68,10 +68,10 @@ quint32 recipeSlotAddress(int number) {
 
 QStringList recipeSlotItems() {
     QStringList items;
-    for (int number = 1; number <= RECIPE_SLOTS; ++number)
+    for (int number = 1; number <= RECIPE_PROGRAMS; ++number)
         items.append(QString::fromLatin1("NA%1:dword:%2")
                          .arg(recipeSlotAddress(number), 0, 16)
-                         .arg(RECIPE_SLOT_DWORDS));
+                         .arg(RECIPE_COLUMNS));
     return items;
 }
 
@@ -97,7 +97,7 @@ RecipeSlots recipeSlots(const Project& project, int link_id, int count) {
 QVector<int> linksWithRecipes(const Project& project) {
     QVector<int> links;
     for (const LinkDefinition& link : project.links) {
-        if (recipeSlots(project, link.id, RECIPE_SLOTS).unknown.size() < RECIPE_SLOTS)
+        if (recipeSlots(project, link.id, RECIPE_PROGRAMS).unknown.size() < RECIPE_PROGRAMS)
             links.append(link.id);
     }
     return links;

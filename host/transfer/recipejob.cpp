@@ -1,0 +1,273 @@
+#include "host/transfer/recipejob.h"
+
+#include "host/recipe/recipetext.h"
+#include "host/transfer/paneloperator.h"
+#include "host/transfer/recipefiles.h"
+#include "runtime/panel/kdevice.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+constexpr int MOST_TOLD = 10; // one by one
+
+/** The driver sends no others: it sets bits 16 to 23 of every value to 0. */
+constexpr quint32 SENT_BITS = 0xff00ffff;
+
+const char PUSHED_IN_PART[] = "the controller may hold a part of the programs; push them again";
+
+/** The rows of programs in a file; none when the driver would not load it. */
+std::optional<QList<QStringList>> loadRows(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const RecipeText text = readRecipeText(file.readAll());
+    const auto refused = [](const RecipeFinding& finding) {
+        return finding.severity == RecipeSeverity::Refused;
+    };
+    if (std::any_of(text.findings.begin(), text.findings.end(), refused))
+        return std::nullopt;
+    QList<QStringList> rows;
+    for (const RecipeLine& line : text.lines.mid(1)) // without the titles
+        rows.append(line.fields);
+    return rows;
+}
+
+/** Whether every row lands in the program that it is labelled for: the driver goes
+ *  by the rows alone, and a pull leaves out programs that it could not read. */
+QStringList misplacedRows(const QList<QStringList>& rows, int count) {
+    QStringList texts;
+    for (int row = 0; row < std::min(rows.size(), count); ++row) {
+        const int labelled = recipeLabelNumber(rows[row].value(0));
+        if (labelled != 0 && labelled != row + 1)
+            texts.append(QString::fromLatin1("row %1 is labelled for program %2, but would be "
+                                             "written to program %1")
+                             .arg(row + 1)
+                             .arg(labelled));
+    }
+    return texts;
+}
+
+/** The first of @p texts, and how many more there are. */
+QStringList shortened(const QStringList& texts) {
+    QStringList shown = texts.mid(0, MOST_TOLD);
+    if (texts.size() > MOST_TOLD)
+        shown.append(QString::fromLatin1("and %1 more").arg(texts.size() - MOST_TOLD));
+    return shown;
+}
+
+QString fileName(const QString& path) {
+    return QFileInfo(path).fileName();
+}
+
+} // namespace
+
+RecipeJob::RecipeJob(LinkSession& link, PanelOperator& panel, const RecipeOrder& order,
+                     Progress progress, Clock& clock)
+    : m_link(link)
+    , m_panel(panel)
+    , m_order(order)
+    , m_progress(std::move(progress))
+    , m_transfer(link, order.slots_known.station, clock) {}
+
+QString RecipeJob::stickFolder() const {
+    return m_order.stick.isEmpty() ? KDevice::getInstance()->getMount(DEVICE_USB) : m_order.stick;
+}
+
+QString RecipeJob::lastLineError() const {
+    const QString error = m_link.stationError(m_order.slots_known.station);
+    return error.isEmpty() ? QString() : QString::fromLatin1(" (%1)").arg(error);
+}
+
+QStringList RecipeJob::failure(const TransferEnd& end, bool is_push, bool has_log) const {
+    if (!end.error.isEmpty())
+        return {end.error + lastLineError()};
+    const QString log = RecipeFiles(stickFolder(), m_order.program_id).errorLog(is_push);
+    if (end.failed && has_log)
+        return QStringList(QString::fromLatin1("the driver has given up; its %1 says:")
+                               .arg(fileName(log))) +
+               logLines(log);
+    if (end.failed)
+        return {QStringLiteral("the driver has given up, and could write no error log") +
+                lastLineError()};
+    return {};
+}
+
+/** Lets the driver do it, and reports what it says. */
+bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
+    const bool is_push = kind == TransferKind::Push;
+    const FileMark log(RecipeFiles(stickFolder(), m_order.program_id).errorLog(is_push));
+    const quint64 requests = m_link.port().statistics().requests;
+    m_panel.takeNotices(); // of another transfer
+    const char* const what = is_push                          ? "pushing"
+                             : kind == TransferKind::Template ? "writing"
+                                                              : "pulling";
+    const TransferEnd end = m_transfer.run(kind, m_order.program_id, m_order.count,
+                                           [&](int percent) { m_progress(what, percent); });
+    report.problems += m_panel.takeNotices();
+    report.problems += failure(end, is_push, log.hasChanged());
+    if (!report.ok() && stickFolder().isEmpty())
+        report.problems.append(QStringLiteral("mount a stick, or give a folder with --stick DIR"));
+    if (!report.ok() && is_push && m_link.port().statistics().requests > requests)
+        report.problems.append(QLatin1String(PUSHED_IN_PART));
+    return report.ok();
+}
+
+void RecipeJob::checkSlots(int count, const char* result, RecipeReport& report) const {
+    QVector<int> unknown;
+    for (const int number : m_order.slots_known.unknown) {
+        if (number <= count)
+            unknown.append(number);
+    }
+    if (!unknown.isEmpty())
+        report.problems.append(QString::fromLatin1("program %1: %2; the project has no tag for it")
+                                   .arg(numberRanges(unknown), QLatin1String(result)));
+}
+
+/** The driver leaves a program that it could not read out of the file. */
+void RecipeJob::findMissing(RecipeReport& report) const {
+    const auto rows = loadRows(report.file);
+    if (!rows) {
+        report.problems.append(
+            QString::fromLatin1("%1 cannot be read again").arg(fileName(report.file)));
+        return;
+    }
+    for (const QStringList& row : *rows)
+        report.programs.append(recipeLabelNumber(row.value(0)));
+    QVector<int> missing;
+    for (const int number : m_order.slots_known.numbers) {
+        if (!report.programs.contains(number))
+            missing.append(number);
+    }
+    if (!missing.isEmpty())
+        report.problems.append(
+            QString::fromLatin1("program %1: not in the file; the controller did not answer%2")
+                .arg(numberRanges(missing), lastLineError()));
+    checkSlots(m_order.count, "not in the file", report);
+}
+
+RecipeReport RecipeJob::pull() {
+    RecipeReport report;
+    const FileMark before(RecipeFiles(stickFolder(), m_order.program_id).pulled());
+    if (!transfer(TransferKind::Pull, report))
+        return report;
+    report.file = RecipeFiles(stickFolder(), m_order.program_id).pulled();
+    if (before.hasChanged())
+        findMissing(report);
+    else
+        report.problems.append(
+            QString::fromLatin1("%1 has not been written").arg(fileName(report.file)));
+    return report;
+}
+
+RecipeReport RecipeJob::makeTemplate() {
+    RecipeReport report;
+    const FileMark before(RecipeFiles(stickFolder(), m_order.program_id).templateFile());
+    if (!transfer(TransferKind::Template, report))
+        return report;
+    report.file = RecipeFiles(stickFolder(), m_order.program_id).templateFile();
+    if (before.hasChanged())
+        report.programs = m_order.slots_known.numbers;
+    else
+        report.problems.append(
+            QString::fromLatin1("%1 has not been written").arg(fileName(report.file)));
+    return report;
+}
+
+/** The name of the file that the driver will take; empty with a problem when that
+ *  is open. */
+QString RecipeJob::filePushed(RecipeReport& report) const {
+    const QStringList names = RecipeFiles(stickFolder(), m_order.program_id).pushable();
+    const QString wanted = QFileInfo(m_order.file).fileName();
+    const QString joined = names.join(QLatin1String(", "));
+    if (names.isEmpty())
+        report.problems.append(QString::fromLatin1("there is neither PROG_%1.txt nor PROG_%1_*.txt "
+                                                   "in %2")
+                                   .arg(m_order.program_id)
+                                   .arg(stickFolder()));
+    else if (wanted.isEmpty() && names.size() > 1)
+        report.problems.append(
+            QString::fromLatin1("several files match; choose one with --file: %1").arg(joined));
+    else if (!wanted.isEmpty() && !names.contains(wanted))
+        report.problems.append(
+            QString::fromLatin1("%1 is none of the files that match: %2").arg(wanted, joined));
+    else
+        return wanted.isEmpty() ? names.first() : wanted;
+    return QString();
+}
+
+RecipeReport RecipeJob::push() {
+    RecipeReport report;
+    if (stickFolder().isEmpty()) {
+        transfer(TransferKind::Push, report); // for the driver's own words
+        return report;
+    }
+    const QString name = filePushed(report);
+    if (name.isEmpty())
+        return report;
+    report.file = RecipeFiles(stickFolder(), m_order.program_id).path(name);
+    const auto rows = loadRows(report.file); // if not, the driver says why
+    const QStringList misplaced = rows ? misplacedRows(*rows, m_order.count) : QStringList();
+    if (!misplaced.isEmpty() && !m_order.ignore_labels) {
+        report.problems = shortened(misplaced);
+        report.problems.append(
+            QStringLiteral("nothing has been written; --ignore-labels writes it all the same"));
+        return report;
+    }
+    m_panel.chooseFile(name);
+    if (transfer(TransferKind::Push, report) && rows)
+        compare(*rows, report);
+    return report;
+}
+
+QStringList RecipeJob::differences(const QStringList& row, int number,
+                                   const QByteArray& held) const {
+    QStringList texts;
+    for (int i = 0; i < RECIPE_COLUMNS; ++i) {
+        const QString field = row.value(i + 1);
+        const quint32 value = qFromLittleEndian<quint32>(held.constData() + 4 * i);
+        if (field.toUInt() == value)
+            continue;
+        const bool is_cut = (field.toUInt() & SENT_BITS) == value;
+        texts.append(
+            QString::fromLatin1("program %1, value %2: the file says %3, the controller holds %4%5")
+                .arg(number)
+                .arg(i + 1)
+                .arg(field)
+                .arg(value)
+                .arg(is_cut ? QStringLiteral("; the driver sets bits 16 to 23 to 0") : QString()));
+    }
+    return texts;
+}
+
+/** Row by row against what the controller gives back. */
+void RecipeJob::compare(const QList<QStringList>& rows, RecipeReport& report) {
+    const int count = std::min(rows.size(), m_order.count);
+    const RecipeSlots& known = m_order.slots_known;
+    QStringList texts;
+    for (int i = 0; i < known.numbers.size() && known.numbers[i] <= count; ++i) {
+        const int number = known.numbers[i];
+        m_progress("reading back", 100 * (number - 1) / count);
+        const TagResult held = m_link.read(known.tags[i]);
+        if (!held.ok()) {
+            texts.append(QString::fromLatin1("program %1 and those behind it cannot be read back: "
+                                             "%2")
+                             .arg(number)
+                             .arg(held.error));
+            break;
+        }
+        const QStringList found = differences(rows[number - 1], number, held.data);
+        if (found.isEmpty())
+            report.programs.append(number);
+        texts += found;
+    }
+    report.problems += shortened(texts);
+    checkSlots(count, "not written", report);
+    if (count == 0)
+        report.problems.append(QStringLiteral("the file has no programs"));
+}
