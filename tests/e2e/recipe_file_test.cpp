@@ -1,5 +1,6 @@
 // Program files on the command line, without a controller.
 #include "tests/e2e/programs.h"
+#include "tests/e2e/stick.h"
 
 #include <QDir>
 #include <QFile>
@@ -130,6 +131,34 @@ TEST(RecipeCheckCommand, PassesWhatWasPulledFromAController) {
     const Ended ended = control({"recipe", "check", "--count", "32", file});
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(ended.output, file + ": 32 programs, good\n");
+}
+
+TEST(RecipeCheckCommand, NamesThePlacesOfTheDriversOwnLog) {
+    SimulatedLine line;
+    const Stick stick;
+    QList<QStringList> rows = Stick::blank(5);
+    rows[1][1] = "abc";
+    rows[3][7] = "";
+    rows[5][24] = "-1";
+    stick.write("PROG_7.txt", rows);
+    EXPECT_EQ(
+        control({"--port", line.port(), "recipe", "push", "7", "--stick", stick.path()}).status, 1);
+
+    const Ended ended = control({"recipe", "check", "--json", stick.file("PROG_7.txt")});
+    QStringList places;
+    for (const QJsonValue value :
+         QJsonDocument::fromJson(ended.output.toUtf8()).object()["findings"].toArray()) {
+        const QJsonObject finding = value.toObject();
+        if (finding["severity"] != "refused")
+            continue;
+        places.append(QString("The value [%1] at row %2 and column %3 is invalid, please check it.")
+                          .arg(finding["text"].toString())
+                          .arg(finding["driver_row"].toInt())
+                          .arg(finding["driver_column"].toInt()));
+    }
+    EXPECT_EQ(places.join("\n\n").toStdString() + '\n',
+              stick.text("WRITE_PROG_7_ERROR.txt").toStdString());
+    EXPECT_EQ(places.size(), 3);
 }
 
 TEST(RecipeCheckCommand, FailsWithoutAFile) {
