@@ -131,8 +131,7 @@ bool mountPrivateStick(const QString& directory, QString& problem) {
                          ::mount("none", "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0 &&
                          mountAt(place, source);
     if (!mounted)
-        problem = QString::fromLatin1("this kernel refuses a private mount of %1 (%2); plug a USB "
-                                      "stick in, or run as root")
+        problem = QString::fromLatin1("this kernel refuses a private mount of %1 (%2)")
                       .arg(directory, systemError());
     return mounted;
 }

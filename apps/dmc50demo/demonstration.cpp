@@ -1,6 +1,7 @@
 #include "apps/dmc50demo/demonstration.h"
 
 #include "apps/dmc50demo/furnaceline.h"
+#include "apps/dmc50demo/recipeact.h"
 #include "apps/dmc50demo/summary.h"
 #include "host/databasewriter.h"
 #include "host/paneldirectory.h"
@@ -60,7 +61,8 @@ bool Demonstration::prepare(const QString& project_directory, const QString& pan
 
 bool Demonstration::run() {
     const bool ok = succeeds(openSession()) && succeeds(showValues()) && succeeds(writeValue()) &&
-                    succeeds(silenceStation()) && succeeds(recoverStation());
+                    succeeds(silenceStation()) && succeeds(recoverStation()) &&
+                    succeeds(transferRecipes());
     if (ok)
         summarize();
     m_session.reset(); // on the thread that used it
@@ -113,6 +115,7 @@ Demonstration::Outcome Demonstration::startLine() {
 Demonstration::Outcome Demonstration::loadDriver(const QString& path) {
     m_screen.begin(QStringLiteral("Loading the plug-in ") + QDir().relativeFilePath(path));
     QString problem;
+    m_operator = std::make_unique<PanelOperator>();
     m_plugin = DriverPlugin::load(path, problem);
     if (!m_plugin)
         return problem;
@@ -256,6 +259,19 @@ Demonstration::Outcome Demonstration::recoverStation() {
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("its values are fresh after %1 ms").arg(msecs));
     return Outcome();
+}
+
+/** The controllers' other values are left alone meanwhile, so that the line is free
+ *  for the programs. */
+Demonstration::Outcome Demonstration::transferRecipes() {
+    if (!m_stick.problem.isEmpty())
+        return m_stick.problem;
+    m_session->poll(m_tags.mid(0, 1));
+    RecipeAct act(m_screen, *m_session, m_project, *m_line, *m_operator, m_stick.directory);
+    Outcome outcome = act.pull();
+    if (outcome.isEmpty())
+        outcome = act.pushEdited();
+    return outcome.isEmpty() ? act.pushBad() : outcome;
 }
 
 void Demonstration::summarize() {

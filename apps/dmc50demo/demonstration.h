@@ -5,10 +5,17 @@
 #include "host/driverplugin.h"
 #include "host/panelsession.h"
 #include "host/project.h"
+#include "host/transfer/paneloperator.h"
 #include "simulator/line.h"
 
 #include <functional>
 #include <memory>
+
+/** The folder that serves this process as its USB stick. */
+struct DemoStick {
+    QString directory;
+    QString problem; // why it does not; else empty
+};
 
 /** The sample project on a simulated line, step by step. Each step checks that what
  *  it says has happened, in the simulated controller where it can.
@@ -18,7 +25,8 @@
 class Demonstration {
 public:
     /** A @p brisk one does not wait for the viewer. */
-    Demonstration(Screen& screen, bool brisk) : m_screen(screen), m_brisk(brisk) {}
+    Demonstration(Screen& screen, bool brisk, const DemoStick& stick)
+        : m_screen(screen), m_brisk(brisk), m_stick(stick) {}
 
     /** Compiles the project folder into the panel directory, starts the line and
      *  loads the driver @p plugin_path. False when a step failed, which the viewer has
@@ -41,6 +49,7 @@ private:
     Outcome writeValue();
     Outcome silenceStation();
     Outcome recoverStation();
+    Outcome transferRecipes();
     void summarize();
 
     bool succeeds(const Outcome& outcome);
@@ -54,9 +63,11 @@ private:
 
     Screen& m_screen;
     const bool m_brisk;
+    const DemoStick m_stick;
     Project m_project;
     std::unique_ptr<simulator::Line> m_line;
     std::unique_ptr<DriverPlugin> m_plugin;
+    std::unique_ptr<PanelOperator> m_operator;
     std::unique_ptr<PanelSession> m_session;
     QVector<TagDefinition> m_tags; // in the table
     QVector<TagRow> m_rows;        // as last shown

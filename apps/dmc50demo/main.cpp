@@ -1,10 +1,13 @@
 // Shows the driver at work on a simulated line: ./demo runs it.
 #include "apps/dmc50demo/demonstration.h"
+#include "host/privatestick.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QApplication>
 #include <QDir>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
 #include <QThread>
 
 #include <cstdlib>
@@ -38,14 +41,20 @@ int main(int argc, char** argv) {
     options.add_flag("--brisk", brisk, "do not wait for a viewer");
     CLI11_PARSE(options, argc, argv);
 
+    const QTemporaryDir folder;
+    DemoStick stick;
+    stick.directory = folder.path();
+    mountPrivateStick(stick.directory, stick.problem); // while there is only this thread
+
     // The plug-in's message panel needs a whole application, but no screen.
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
     const QApplication application(argc, argv);
     const QString plugin_path = plugin.empty()
                                     ? findDriverPlugin(QCoreApplication::applicationDirPath())
                                     : QString::fromStdString(plugin);
     Screen screen;
-    Demonstration demonstration(screen, brisk);
+    Demonstration demonstration(screen, brisk, stick);
     const bool ok =
         demonstration.prepare(QString::fromStdString(project),
                               QDir(QString::fromStdString(panel)).absolutePath(), plugin_path) &&

@@ -44,10 +44,15 @@ int Screen::rowsForTable() const {
     return m_height - OTHER_LINES;
 }
 
-void Screen::say(const char* colour, const QString& mark, const QString& text) {
+/** Takes away what was drawn not to stay. */
+void Screen::wipe() {
     if (m_drawn > 0)
         put(QString::fromLatin1("\x1b[%1A%2").arg(m_drawn).arg(QLatin1String(CLEAR_TO_END)));
     m_drawn = 0;
+}
+
+void Screen::say(const char* colour, const QString& mark, const QString& text) {
+    wipe();
     putLine(QLatin1String(colour) + mark + QLatin1String(m_palette.plain) + QLatin1Char(' ') +
             text);
     std::fflush(stdout);
@@ -85,9 +90,22 @@ void Screen::keep(const QVector<TagRow>& rows) {
     m_drawn = 0;
 }
 
+void Screen::progress(const char* what, int percent) {
+    if (!m_terminal)
+        return;
+    if (m_drawn > 0)
+        put(QString::fromLatin1("\x1b[%1A").arg(m_drawn));
+    putLine(QString::fromLatin1("   %1 %2 %%3")
+                .arg(QLatin1String(what))
+                .arg(percent)
+                .arg(QLatin1String(CLEAR_REST_OF_LINE)));
+    m_drawn = 1;
+    std::fflush(stdout);
+}
+
 void Screen::print(const QStringList& lines) {
+    wipe();
     for (const QString& line : lines)
         putLine(line);
-    m_drawn = 0;
     std::fflush(stdout);
 }

@@ -25,6 +25,9 @@ public:
     /** The present values, to stay. */
     void keep(const QVector<TagRow>& rows);
 
+    /** How far something has come, on a terminal; does nothing elsewhere. */
+    void progress(const char* what, int percent);
+
     /** Plain text that stays, such as the summary. */
     void print(const QStringList& lines);
 
@@ -33,6 +36,7 @@ public:
 
 private:
     void draw(const QVector<TagRow>& rows);
+    void wipe();
     void say(const char* colour, const QString& mark, const QString& text);
 
     const bool m_terminal;

@@ -53,6 +53,16 @@ QStringList misplacedRows(const QList<QStringList>& rows, int count) {
     return texts;
 }
 
+/** Whether the driver writes such rows: one bad field, and it writes none. */
+bool canBeWritten(const QList<QStringList>& rows, int count) {
+    bool is_good = true;
+    for (const QStringList& row : rows.mid(0, count)) {
+        for (int column = 1; column <= RECIPE_COLUMNS && is_good; ++column)
+            row.value(column).toUInt(&is_good, 10);
+    }
+    return is_good;
+}
+
 /** The first of @p texts, and how many more there are. */
 QStringList shortened(const QStringList& texts) {
     QStringList shown = texts.mid(0, MOST_TOLD);
@@ -102,7 +112,6 @@ QStringList RecipeJob::failure(const TransferEnd& end, bool is_push, bool has_lo
 bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
     const bool is_push = kind == TransferKind::Push;
     const FileMark log(RecipeFiles(stickFolder(), m_order.program_id).errorLog(is_push));
-    const quint64 requests = m_link.port().statistics().requests;
     m_panel.takeNotices(); // of another transfer
     const char* const what = is_push                          ? "pushing"
                              : kind == TransferKind::Template ? "writing"
@@ -113,8 +122,6 @@ bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
     report.problems += failure(end, is_push, log.hasChanged());
     if (!report.ok() && stickFolder().isEmpty())
         report.problems.append(QStringLiteral("mount a stick, or give a folder with --stick DIR"));
-    if (!report.ok() && is_push && m_link.port().statistics().requests > requests)
-        report.problems.append(QLatin1String(PUSHED_IN_PART));
     return report.ok();
 }
 
@@ -220,8 +227,11 @@ RecipeReport RecipeJob::push() {
         return report;
     }
     m_panel.chooseFile(name);
-    if (transfer(TransferKind::Push, report) && rows)
+    const bool is_pushed = transfer(TransferKind::Push, report);
+    if (is_pushed && rows)
         compare(*rows, report);
+    else if (rows && canBeWritten(*rows, m_order.count))
+        report.problems.append(QLatin1String(PUSHED_IN_PART));
     return report;
 }
 

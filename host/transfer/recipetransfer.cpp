@@ -92,12 +92,17 @@ bool RecipeTransfer::await(TransferKind kind, int msecs,
     }
 }
 
-void RecipeTransfer::settle() {
+/** The driver does not take another of the kind before. */
+void RecipeTransfer::settle(TransferKind kind) {
     Flags ignored;
-    for (const TransferKind kind : {TransferKind::Pull, TransferKind::Push})
-        await(
-            kind, SETTLE_MS, [](const Flags& now) { return !now.running && now.percent == 0; },
-            ignored);
+    await(
+        kind, SETTLE_MS, [](const Flags& now) { return !now.running && now.percent == 0; },
+        ignored);
+}
+
+void RecipeTransfer::settle() {
+    settle(TransferKind::Pull);
+    settle(TransferKind::Push);
 }
 
 QString RecipeTransfer::start(TransferKind kind, int program_id, int count) {
@@ -136,7 +141,7 @@ TransferEnd RecipeTransfer::follow(TransferKind kind, const Progress& progress) 
 
 TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
                                 const Progress& progress) {
-    settle();
+    settle(kind);
     TransferEnd end;
     m_start = m_clock.msecsSinceBoot();
     m_silent_before = m_link.port().statistics().silent;

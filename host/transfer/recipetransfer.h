@@ -32,8 +32,7 @@ public:
      *  template. */
     TransferEnd run(TransferKind kind, int program_id, int count, const Progress& progress);
 
-    /** Waits until the driver shows no transfer any more: for some seconds after one
-     *  it does not take another. run() does so first. */
+    /** Waits until the driver shows no transfer any more, which takes some seconds. */
     void settle();
 
 private:
@@ -48,6 +47,7 @@ private:
         bool isOver() const { return !running || failed || percent == 100 || given_up; }
     };
 
+    void settle(TransferKind kind);
     QString start(TransferKind kind, int program_id, int count);
     bool await(TransferKind kind, int msecs, const std::function<bool(const Flags&)>& condition,
                Flags& flags);

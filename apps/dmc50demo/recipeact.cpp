@@ -1,0 +1,156 @@
+#include "apps/dmc50demo/recipeact.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTextStream>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int PROGRAM_ID = 7;
+constexpr int PUSHED_PROGRAMS = 16; // of those in the file, to save time
+constexpr int EDITED_PROGRAM = 3;
+constexpr int EDITED_VALUE = 855; // degrees
+const char FILE_CODEC[] = "UTF-16LE";
+
+using Table = QVector<QStringList>; // of fields; the titles first
+
+Table readTable(const QString& path) {
+    QFile file(path);
+    Table table;
+    if (!file.open(QIODevice::ReadOnly))
+        return table;
+    QTextStream stream(&file);
+    stream.setCodec(FILE_CODEC);
+    while (!stream.atEnd())
+        table.append(stream.readLine().split(QLatin1Char('\t')));
+    return table;
+}
+
+bool writeTable(const Table& table, const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QTextStream stream(&file);
+    stream.setCodec(FILE_CODEC);
+    stream.setGenerateByteOrderMark(true);
+    for (const QStringList& row : table)
+        stream << row.join(QLatin1Char('\t')) << '\n';
+    return true;
+}
+
+QVector<quint32> valuesIn(const QString& path) {
+    QVector<quint32> values;
+    for (const QStringList& row : readTable(path).mid(1)) {
+        for (const QString& field : row.mid(1))
+            values.append(field.toUInt());
+    }
+    return values;
+}
+
+QString seconds(const QElapsedTimer& timer) {
+    return QString::fromLatin1("%1 s").arg(double(timer.elapsed()) / 1000, 0, 'f', 1);
+}
+
+} // namespace
+
+RecipeAct::RecipeAct(Screen& screen, PanelSession& session, const Project& project,
+                     const simulator::Line& line, PanelOperator& panel, const QString& stick)
+    : m_screen(screen)
+    , m_session(session)
+    , m_line(line)
+    , m_panel(panel)
+    , m_slots(recipeSlots(project, linksWithRecipes(project).value(0), RECIPE_PROGRAMS))
+    , m_stick(stick) {}
+
+QString RecipeAct::path() const {
+    return QDir(m_stick).filePath(QString::fromLatin1("PROG_%1.txt").arg(PROGRAM_ID));
+}
+
+RecipeReport RecipeAct::transfer(RecipeReport (RecipeJob::*what)(), int count) {
+    RecipeOrder order;
+    order.slots_known = m_slots;
+    order.program_id = PROGRAM_ID;
+    order.count = count;
+    order.stick = m_stick;
+    RecipeJob job(m_session.link(m_slots.link_id), m_panel, order,
+                  [this](const char* doing, int percent) { m_screen.progress(doing, percent); });
+    return (job.*what)();
+}
+
+RecipeAct::Memory RecipeAct::memory() const {
+    const simulator::Station* const station = m_line.station(quint8(m_slots.station));
+    Memory values;
+    for (int number = 1; number <= RECIPE_PROGRAMS; ++number) {
+        for (int i = 0; i < RECIPE_COLUMNS; ++i)
+            values.append(station->read(recipeSlotAddress(number) + quint32(i), m_line.elapsed()));
+    }
+    return values;
+}
+
+QString RecipeAct::pull() {
+    m_screen.begin(QString::fromLatin1("Pulling %1 programs to a USB stick").arg(RECIPE_PROGRAMS));
+    QElapsedTimer timer;
+    timer.start();
+    const RecipeReport report = transfer(&RecipeJob::pull, RECIPE_PROGRAMS);
+    if (!report.ok())
+        return report.problems.join(QLatin1Char('\n'));
+    if (valuesIn(path()) != memory())
+        return QStringLiteral("The file is not what the controller holds");
+    m_screen.done(QString::fromLatin1("%1 on the stick after %2, value by value what station %3 "
+                                      "holds")
+                      .arg(QFileInfo(path()).fileName(), seconds(timer))
+                      .arg(m_slots.station));
+    return QString();
+}
+
+QString RecipeAct::pushEdited() {
+    Table table = readTable(path());
+    QString& field = table[EDITED_PROGRAM][RECIPE_TEMPERATURE];
+    m_screen.begin(QString::fromUtf8("Pushing %1 of them back, program %2 with %3 °C instead of %4")
+                       .arg(PUSHED_PROGRAMS)
+                       .arg(EDITED_PROGRAM)
+                       .arg(EDITED_VALUE)
+                       .arg(field));
+    field = QString::number(EDITED_VALUE);
+    Memory expected = memory();
+    quint32& changed = expected[(EDITED_PROGRAM - 1) * RECIPE_COLUMNS + RECIPE_TEMPERATURE - 1];
+    const quint32 before = changed;
+    changed = EDITED_VALUE;
+    if (!writeTable(table, path()))
+        return QStringLiteral("The file cannot be edited");
+    const RecipeReport report = transfer(&RecipeJob::push, PUSHED_PROGRAMS);
+    if (!report.ok())
+        return report.problems.join(QLatin1Char('\n'));
+    if (memory() != expected)
+        return QStringLiteral("The controller's memory is not what the file says");
+    m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now; the other "
+                                      "%5 are as before")
+                      .arg(recipeSlotAddress(EDITED_PROGRAM), 8, 16, QLatin1Char('0'))
+                      .arg(m_slots.station)
+                      .arg(before)
+                      .arg(EDITED_VALUE)
+                      .arg(expected.size() - 1));
+    return QString();
+}
+
+QString RecipeAct::pushBad() {
+    m_screen.begin(QStringLiteral("Pushing a file with three bad fields"));
+    Table table = readTable(path());
+    table[1][RECIPE_TEMPERATURE] = QStringLiteral("85O");
+    table[4][RECIPE_MINUTES] = QStringLiteral("1.5");
+    table[9][RECIPE_PID_GROUP].clear();
+    if (!writeTable(table, path()))
+        return QStringLiteral("The file cannot be edited");
+    const Memory before = memory();
+    const RecipeReport report = transfer(&RecipeJob::push, PUSHED_PROGRAMS);
+    if (report.problems.size() != 1 + 3) // a line for the log, and the log
+        return QStringLiteral("The driver has not refused the three fields");
+    if (memory() != before)
+        return QStringLiteral("The controller's memory has changed");
+    m_screen.print(report.problems);
+    m_screen.done(QStringLiteral("refused, and nothing was written"));
+    return QString();
+}
