@@ -1,0 +1,30 @@
+#ifndef TESTS_UNIT_TRANSFER_TRANSFERLINK_H
+#define TESTS_UNIT_TRANSFER_TRANSFERLINK_H
+
+#include "host/linksession.h"
+#include "tests/unit/host/scriptedchannel.h"
+#include "tests/unit/transfer/transferdriver.h"
+
+#include <memory>
+
+/** A link with a scripted driver, in virtual time. */
+struct TransferLink {
+    TransferLink() {
+        const DeviceSetting device(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
+        const DriverSetting timing(TIMEOUT_MS, 0, 1, 20);
+        auto port = std::make_unique<HostPort>(
+            std::unique_ptr<ByteChannel>(&channel), device, timing, [](const QString&) {}, nullptr,
+            clock);
+        session = std::make_unique<LinkSession>(std::move(port),
+                                                std::unique_ptr<DriverInterface>(&driver), clock);
+    }
+
+    static constexpr int TIMEOUT_MS = 4000;
+
+    SimulatedClock clock;
+    ScriptedChannel& channel = *new ScriptedChannel; // the port's
+    TransferDriver& driver = *new TransferDriver;    // the session's
+    std::unique_ptr<LinkSession> session;
+};
+
+#endif
