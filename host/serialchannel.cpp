@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr unsigned FOREIGN_GROUP = 65534; // any that has no name in this name space
+
 QSerialPort::Parity parityOf(int code) {
     switch (code) {
     case portcodes::PARITY_ODD:
@@ -78,7 +80,10 @@ QString SerialChannel::openFailure(const QSerialPort& port) const {
     if (!file.exists())
         return QString::fromLatin1("no such device");
     if (faccessat(AT_FDCWD, qPrintable(name()), R_OK | W_OK, AT_EACCESS) != 0)
-        return QString::fromLatin1("permission denied; the group %1 may use it").arg(file.group());
+        return file.groupId() == FOREIGN_GROUP
+                   ? QString::fromLatin1("permission denied; the device's group may use it")
+                   : QString::fromLatin1("permission denied; the group %1 may use it")
+                         .arg(file.group());
     const bool lock_failed = port.errorString().contains(QLatin1String("creating lock file"));
     if (port.error() == QSerialPort::PermissionError && !lock_failed)
         return QString::fromLatin1("in use by another program");

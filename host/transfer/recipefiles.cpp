@@ -52,6 +52,20 @@ bool FileMark::hasChanged() const {
     return values(stateOf(m_path)) != values(m_state);
 }
 
+FolderMark::FolderMark(const QString& path) : m_path(path), m_identity(identityOf(path)) {}
+
+FolderMark::Identity FolderMark::identityOf(const QString& path) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {0, 0};
+    return {status.st_dev, status.st_ino};
+}
+
+bool FolderMark::holds() const {
+    const Identity now = identityOf(m_path);
+    return now == m_identity && now != Identity(0, 0);
+}
+
 QStringList logLines(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+#include <utility>
+
 /** The files of program transfers in a stick's folder, by the names that the
  *  driver gives them. */
 class RecipeFiles {
@@ -47,6 +49,22 @@ private:
 
     const QString m_path;
     const State m_state;
+};
+
+/** A folder as it was, to see later whether the same file system is still there. */
+class FolderMark {
+public:
+    explicit FolderMark(const QString& path);
+
+    bool holds() const;
+
+private:
+    using Identity = std::pair<quint64, quint64>; // device and inode
+
+    static Identity identityOf(const QString& path);
+
+    const QString m_path;
+    const Identity m_identity;
 };
 
 /** The lines of an error log. */

@@ -71,6 +71,10 @@ QStringList shortened(const QStringList& texts) {
     return shown;
 }
 
+QString folderOf(const RecipeOrder& order) {
+    return order.stick.isEmpty() ? KDevice::getInstance()->getMount(DEVICE_USB) : order.stick;
+}
+
 QString fileName(const QString& path) {
     return QFileInfo(path).fileName();
 }
@@ -82,12 +86,10 @@ RecipeJob::RecipeJob(LinkSession& link, PanelOperator& panel, const RecipeOrder&
     : m_link(link)
     , m_panel(panel)
     , m_order(order)
+    , m_folder(folderOf(order))
+    , m_files(m_folder, order.program_id)
     , m_progress(std::move(progress))
     , m_transfer(link, order.slots_known.station, clock) {}
-
-QString RecipeJob::stickFolder() const {
-    return m_order.stick.isEmpty() ? KDevice::getInstance()->getMount(DEVICE_USB) : m_order.stick;
-}
 
 QString RecipeJob::lastLineError() const {
     const QString error = m_link.stationError(m_order.slots_known.station);
@@ -97,7 +99,7 @@ QString RecipeJob::lastLineError() const {
 QStringList RecipeJob::failure(const TransferEnd& end, bool is_push, bool has_log) const {
     if (!end.error.isEmpty())
         return {end.error + lastLineError()};
-    const QString log = RecipeFiles(stickFolder(), m_order.program_id).errorLog(is_push);
+    const QString log = m_files.errorLog(is_push);
     if (end.failed && has_log)
         return QStringList(QString::fromLatin1("the driver has given up; its %1 says:")
                                .arg(fileName(log))) +
@@ -111,7 +113,8 @@ QStringList RecipeJob::failure(const TransferEnd& end, bool is_push, bool has_lo
 /** Lets the driver do it, and reports what it says. */
 bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
     const bool is_push = kind == TransferKind::Push;
-    const FileMark log(RecipeFiles(stickFolder(), m_order.program_id).errorLog(is_push));
+    const FileMark log(m_files.errorLog(is_push));
+    const FolderMark is_there(m_folder);
     m_panel.takeNotices(); // of another transfer
     const char* const what = is_push                          ? "pushing"
                              : kind == TransferKind::Template ? "writing"
@@ -120,7 +123,10 @@ bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
                                            [&](int percent) { m_progress(what, percent); });
     report.problems += m_panel.takeNotices();
     report.problems += failure(end, is_push, log.hasChanged());
-    if (!report.ok() && stickFolder().isEmpty())
+    // The driver writes into the empty mount point of a stick that has gone.
+    if (!is_push && !m_folder.isEmpty() && !is_there.holds())
+        report.problems.append(QStringLiteral("the stick has been taken out"));
+    if (!report.ok() && m_folder.isEmpty())
         report.problems.append(QStringLiteral("mount a stick, or give a folder with --stick DIR"));
     return report.ok();
 }
@@ -160,10 +166,10 @@ void RecipeJob::findMissing(RecipeReport& report) const {
 
 RecipeReport RecipeJob::pull() {
     RecipeReport report;
-    const FileMark before(RecipeFiles(stickFolder(), m_order.program_id).pulled());
+    const FileMark before(m_files.pulled());
     if (!transfer(TransferKind::Pull, report))
         return report;
-    report.file = RecipeFiles(stickFolder(), m_order.program_id).pulled();
+    report.file = m_files.pulled();
     if (before.hasChanged())
         findMissing(report);
     else
@@ -174,10 +180,10 @@ RecipeReport RecipeJob::pull() {
 
 RecipeReport RecipeJob::makeTemplate() {
     RecipeReport report;
-    const FileMark before(RecipeFiles(stickFolder(), m_order.program_id).templateFile());
+    const FileMark before(m_files.templateFile());
     if (!transfer(TransferKind::Template, report))
         return report;
-    report.file = RecipeFiles(stickFolder(), m_order.program_id).templateFile();
+    report.file = m_files.templateFile();
     if (before.hasChanged())
         report.programs = m_order.slots_known.numbers;
     else
@@ -189,14 +195,14 @@ RecipeReport RecipeJob::makeTemplate() {
 /** The name of the file that the driver will take; empty with a problem when that
  *  is open. */
 QString RecipeJob::filePushed(RecipeReport& report) const {
-    const QStringList names = RecipeFiles(stickFolder(), m_order.program_id).pushable();
+    const QStringList names = m_files.pushable();
     const QString wanted = QFileInfo(m_order.file).fileName();
     const QString joined = names.join(QLatin1String(", "));
     if (names.isEmpty())
         report.problems.append(QString::fromLatin1("there is neither PROG_%1.txt nor PROG_%1_*.txt "
                                                    "in %2")
                                    .arg(m_order.program_id)
-                                   .arg(stickFolder()));
+                                   .arg(m_folder));
     else if (wanted.isEmpty() && names.size() > 1)
         report.problems.append(
             QString::fromLatin1("several files match; choose one with --file: %1").arg(joined));
@@ -210,14 +216,14 @@ QString RecipeJob::filePushed(RecipeReport& report) const {
 
 RecipeReport RecipeJob::push() {
     RecipeReport report;
-    if (stickFolder().isEmpty()) {
+    if (m_folder.isEmpty()) {
         transfer(TransferKind::Push, report); // for the driver's own words
         return report;
     }
     const QString name = filePushed(report);
     if (name.isEmpty())
         return report;
-    report.file = RecipeFiles(stickFolder(), m_order.program_id).path(name);
+    report.file = m_files.path(name);
     const auto rows = loadRows(report.file); // if not, the driver says why
     const QStringList misplaced = rows ? misplacedRows(*rows, m_order.count) : QStringList();
     if (!misplaced.isEmpty() && !m_order.ignore_labels) {

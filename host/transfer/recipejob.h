@@ -1,6 +1,7 @@
 #ifndef HOST_TRANSFER_RECIPEJOB_H
 #define HOST_TRANSFER_RECIPEJOB_H
 
+#include "host/transfer/recipefiles.h"
 #include "host/transfer/recipeslots.h"
 #include "host/transfer/recipetransfer.h"
 
@@ -56,12 +57,13 @@ private:
     void compare(const QList<QStringList>& rows, RecipeReport& report);
     QStringList differences(const QStringList& row, int number, const QByteArray& held) const;
     void checkSlots(int count, const char* result, RecipeReport& report) const;
-    QString stickFolder() const;
     QString lastLineError() const;
 
     LinkSession& m_link;
     PanelOperator& m_panel;
     const RecipeOrder m_order;
+    const QString m_folder; // of the stick; empty: there is none
+    const RecipeFiles m_files;
     const Progress m_progress;
     RecipeTransfer m_transfer;
 };

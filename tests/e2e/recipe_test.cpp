@@ -239,6 +239,31 @@ TEST(Recipe, SaysPlainlyThatTheKernelRefusesAPrivateMount) {
                   " (no name space is left)\n");
 }
 
+TEST(Recipe, FindsAStickThatIsMounted) {
+    QProcess program; // in a name space where one can be mounted
+    program.start("unshare", {"--user", "--map-root-user", "--mount", "sh", "-c",
+                              "mount -t tmpfs tmpfs /media && mkdir /media/usb0 && "
+                              "mount -t tmpfs /dev/sdz1 /media/usb0 && "
+                              "\"$0\" recipe template && ls /media/usb0",
+                              DMC50CTL});
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_TRUE(QString::fromUtf8(program.readAllStandardOutput())
+                    .endsWith("/media/usb0/PROG_template.txt\nPROG_template.txt\n"))
+        << program.readAllStandardError().constData();
+}
+
+TEST(Recipe, EndsWithinASecondOfCtrlCOnASilentLine) {
+    SimulatedLine line({"--fault", "silence"});
+    Stick stick;
+    ControlProgram program(recipe(line.port(), stick, {"pull", "7"}));
+    ASSERT_TRUE(program.awaitOutput("pulling: 0 %"));
+    QElapsedTimer waited;
+    waited.start();
+    program.interrupt();
+    EXPECT_EQ(program.end().status, 130);
+    EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
+}
+
 TEST(Recipe, NeedsNoRootForAStick) {
     Stick stick;
     QProcess program;

@@ -33,6 +33,16 @@ TEST(RecipeFilesTest, SeesWhetherAFileHasBeenWritten) {
     EXPECT_TRUE(old.hasChanged());
 }
 
+TEST(RecipeFilesTest, SeesThatAFolderHasGone) {
+    const TemporaryDirectory stick;
+    const FolderMark mark(stick.path());
+    stick.write(QStringLiteral("file"), "x");
+    EXPECT_TRUE(mark.holds());
+    stick.remove();
+    EXPECT_FALSE(mark.holds());
+    EXPECT_FALSE(FolderMark(QStringLiteral("/nowhere")).holds());
+}
+
 TEST(RecipeFilesTest, ReadsALogWithoutItsEmptyLines) {
     const TemporaryDirectory stick;
     stick.write(QStringLiteral("log"), "one\n\ntwo\n");

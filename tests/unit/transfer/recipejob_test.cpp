@@ -106,6 +106,11 @@ TEST_F(RecipeJobTest, DoesNotTakeAnOldFileForAPulledOne) {
     EXPECT_EQ(run(&RecipeJob::pull).problems, QStringList(text("PROG_7.txt has not been written")));
 }
 
+TEST_F(RecipeJobTest, SaysThatTheStickHasBeenTakenOut) {
+    driver.on_start = [&](TransferDriver::Kind) { m_stick.remove(); };
+    EXPECT_EQ(run(&RecipeJob::pull).problems, QStringList(text("the stick has been taken out")));
+}
+
 TEST_F(RecipeJobTest, PrintsANewErrorLogButNoOldOne) {
     m_stick.write(text("READ_PROG_7_ERROR.txt"), "old");
     driver.script[TransferDriver::Pull] = {{true, 0, true}};
