@@ -153,7 +153,10 @@ void Communication::work(const PanelSetup& setup) {
 }
 
 int Communication::run(const std::function<void()>& clean_up) {
-    trace::FrameTrace frame_trace(&m_trace_file);
+    trace::FrameTrace frame_trace(&m_trace_file, [this](const QString& error) {
+        printError(QString::fromLatin1("%1: %2; what cannot be written is lost")
+                       .arg(m_options.trace_file, error));
+    });
     PanelSetup setup;
     setup.log = printError;
     setup.frame_trace = m_trace_file.isOpen() ? &frame_trace : nullptr;

@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 
 #include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -74,6 +76,13 @@ int runWithDriver(const Options& options, const std::optional<Target>& target) {
     return runAccess(options, *target, *plugin);
 }
 
+/** A folder that only this user may enter. */
+QString privateDirectory() {
+    const QString path = QDir::temp().filePath(QString::fromLatin1("runtime-%1").arg(getuid()));
+    mkdir(qPrintable(path), S_IRWXU);
+    return path;
+}
+
 /** The program transfer shows notices, and pictures are drawn by widgets: both need
  *  a whole Qt application. A terminal is no place for windows: they stay unseen. */
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const Options& options,
@@ -84,6 +93,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     // These need no display, whatever the environment says of one.
     setenv("QT_QPA_PLATFORM", "offscreen", draws || options.isTransfer());
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
+    setenv("XDG_RUNTIME_DIR", qPrintable(privateDirectory()), 0); // Qt talks about a missing one
     return std::make_unique<QApplication>(argc, argv);
 }
 

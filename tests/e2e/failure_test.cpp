@@ -131,6 +131,16 @@ TEST(EndToEndFailure, EndsWithinASecondOfCtrlCOnASilentLine) {
     EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
 }
 
+TEST(EndToEndFailure, SaysOnceThatTheTraceIsFullAndReadsOn) {
+    SimulatedLine line;
+    const Ended ended =
+        control({"--port", line.port(), "--trace", "/dev/full", "read", "NA10", "NA20"});
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(ended.errors.toStdString(),
+              std::string("dmc50ctl: /dev/full: No space left on device; what cannot be "
+                          "written is lost\n"));
+}
+
 TEST(EndToEndFailure, SaysWhatIsWrongWithThePort) {
     const auto errors = [](const QString& port) {
         const Ended ended = control({"--port", port, "read", "NA10"});

@@ -113,7 +113,8 @@ TEST(RecipeCheckCommand, NeverTakesACutFileForTheWholeOne) {
     ProgramFile file(whole);
     ASSERT_EQ(control({"recipe", "check", file.path()}).output,
               file.path() + ": 1 program, good\n");
-    for (int size = 0; size < whole.size(); ++size) {
+    for (const int size : {0, 1, 2, titles - 2, titles - 1, titles, titles + 1, whole.size() - 3,
+                           whole.size() - 2, whole.size() - 1}) {
         file.write(whole.left(size));
         EXPECT_EQ(control({"recipe", "check", file.path()}).status, 1) << size;
     }
