@@ -111,7 +111,7 @@ QStringList RecipeJob::failure(const TransferEnd& end, bool is_push, bool has_lo
 }
 
 /** Lets the driver do it, and reports what it says. */
-bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
+TransferEnd RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
     const bool is_push = kind == TransferKind::Push;
     const FileMark log(m_files.errorLog(is_push));
     const FolderMark is_there(m_folder);
@@ -128,7 +128,7 @@ bool RecipeJob::transfer(TransferKind kind, RecipeReport& report) {
         report.problems.append(QStringLiteral("the stick has been taken out"));
     if (!report.ok() && m_folder.isEmpty())
         report.problems.append(QStringLiteral("mount a stick, or give a folder with --stick DIR"));
-    return report.ok();
+    return end;
 }
 
 void RecipeJob::checkSlots(int count, const char* result, RecipeReport& report) const {
@@ -164,31 +164,31 @@ void RecipeJob::findMissing(RecipeReport& report) const {
     checkSlots(m_order.count, "not in the file", report);
 }
 
+/** Lets the driver write @p file. A driver that was not seen at 100 % may have come
+ *  so far between two looks: then the file tells. */
+bool RecipeJob::writeFile(TransferKind kind, const QString& file, RecipeReport& report) {
+    const FileMark before(file);
+    const bool completed = transfer(kind, report).completed;
+    if (!report.ok())
+        return false;
+    report.file = file;
+    if (completed || before.hasChanged())
+        return true;
+    report.problems.append(QString::fromLatin1("%1 has not been written").arg(fileName(file)));
+    return false;
+}
+
 RecipeReport RecipeJob::pull() {
     RecipeReport report;
-    const FileMark before(m_files.pulled());
-    if (!transfer(TransferKind::Pull, report))
-        return report;
-    report.file = m_files.pulled();
-    if (before.hasChanged())
+    if (writeFile(TransferKind::Pull, m_files.pulled(), report))
         findMissing(report);
-    else
-        report.problems.append(
-            QString::fromLatin1("%1 has not been written").arg(fileName(report.file)));
     return report;
 }
 
 RecipeReport RecipeJob::makeTemplate() {
     RecipeReport report;
-    const FileMark before(m_files.templateFile());
-    if (!transfer(TransferKind::Template, report))
-        return report;
-    report.file = m_files.templateFile();
-    if (before.hasChanged())
+    if (writeFile(TransferKind::Template, m_files.templateFile(), report))
         report.programs = m_order.slots_known.numbers;
-    else
-        report.problems.append(
-            QString::fromLatin1("%1 has not been written").arg(fileName(report.file)));
     return report;
 }
 
@@ -233,9 +233,12 @@ RecipeReport RecipeJob::push() {
         return report;
     }
     m_panel.chooseFile(name);
-    const bool is_pushed = transfer(TransferKind::Push, report);
-    if (is_pushed && rows)
+    transfer(TransferKind::Push, report);
+    if (report.ok() && rows)
         compare(*rows, report);
+    else if (report.ok())
+        report.problems.append(
+            QStringLiteral("the file cannot be compared with what the controller holds"));
     else if (rows && canBeWritten(*rows, m_order.count))
         report.problems.append(QLatin1String(PUSHED_IN_PART));
     return report;

@@ -50,7 +50,8 @@ public:
     void settle() { m_transfer.settle(); }
 
 private:
-    bool transfer(TransferKind kind, RecipeReport& report);
+    TransferEnd transfer(TransferKind kind, RecipeReport& report);
+    bool writeFile(TransferKind kind, const QString& file, RecipeReport& report);
     QStringList failure(const TransferEnd& end, bool is_push, bool has_log) const;
     void findMissing(RecipeReport& report) const;
     QString filePushed(RecipeReport& report) const;

@@ -103,7 +103,10 @@ TEST_F(RecipeJobTest, NamesProgramsThatThePulledFileLacks) {
 
 TEST_F(RecipeJobTest, DoesNotTakeAnOldFileForAPulledOne) {
     writeFile("PROG_7.txt", LABELS, text("5"));
+    driver.script[TransferDriver::Pull] = {{true, 0}, {false, 0}};
     EXPECT_EQ(run(&RecipeJob::pull).problems, QStringList(text("PROG_7.txt has not been written")));
+    driver.on_start = [&](TransferDriver::Kind) { writeFile("PROG_7.txt", LABELS, text("56")); };
+    EXPECT_TRUE(run(&RecipeJob::pull).ok()) << "its end fell between two looks";
 }
 
 TEST_F(RecipeJobTest, SaysThatTheStickHasBeenTakenOut) {
@@ -160,6 +163,12 @@ TEST_F(RecipeJobTest, SaysWhenItCannotReadBack) {
                                "station 1")));
 }
 
+TEST_F(RecipeJobTest, TakesNothingForRightThatItCannotCompare) {
+    m_stick.write(text("PROG_7.txt"), "no program file");
+    EXPECT_EQ(run(&RecipeJob::push).problems,
+              QStringList(text("the file cannot be compared with what the controller holds")));
+}
+
 TEST_F(RecipeJobTest, RefusesRowsThatAreLabelledForOtherPrograms) {
     writeFile("PROG_7.txt", {LABELS[0], LABELS[2]}, text("5"));
     hold(5);
@@ -207,7 +216,4 @@ TEST_F(RecipeJobTest, MakesABlankFile) {
         writeFile("PROG_template.txt", LABELS, text("0"));
     };
     EXPECT_EQ(run(&RecipeJob::makeTemplate).programs, QVector<int>({1, 2, 3}));
-    driver.on_start = nullptr;
-    EXPECT_EQ(run(&RecipeJob::makeTemplate).problems,
-              QStringList(text("PROG_template.txt has not been written")));
 }
