@@ -1,6 +1,7 @@
 #include "apps/dmc50ctl/communication.h"
 
 #include "apps/dmc50ctl/recipecommands.h"
+#include "runtime/panel/kdevice.h"
 #include "trace/frametrace.h"
 
 #include <QCoreApplication>
@@ -162,8 +163,10 @@ int Communication::run(const std::function<void()>& clean_up) {
     setup.frame_trace = m_trace_file.isOpen() ? &frame_trace : nullptr;
 
     const EndSignals end_signals;
-    if (m_options.isTransfer())
+    if (m_options.isTransfer()) {
+        KDevice::getInstance(); // as in the panel, before other threads are at work
         m_panel = std::make_unique<PanelOperator>();
+    }
     QSocketNotifier notifier(end_signals.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, qApp, [&] {
         notifier.setEnabled(false);

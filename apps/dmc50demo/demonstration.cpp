@@ -8,6 +8,7 @@
 #include "host/projectreader.h"
 #include "host/tagvalue.h"
 #include "runtime/interfaces/driverinterface.h"
+#include "runtime/panel/kdevice.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -115,6 +116,7 @@ Demonstration::Outcome Demonstration::startLine() {
 Demonstration::Outcome Demonstration::loadDriver(const QString& path) {
     m_screen.begin(QStringLiteral("Loading the plug-in ") + QDir().relativeFilePath(path));
     QString problem;
+    KDevice::getInstance(); // as in the panel, on the GUI thread
     m_operator = std::make_unique<PanelOperator>();
     m_plugin = DriverPlugin::load(path, problem);
     if (!m_plugin)
