@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLibrary>
 #include <QObject>
 
@@ -34,6 +35,10 @@ std::unique_ptr<DriverInterface> DriverPlugin::takeRootDriver() {
 
 std::unique_ptr<DriverInterface> DriverPlugin::createDriver() {
     return std::unique_ptr<DriverInterface>(m_create());
+}
+
+QString programDirectory() {
+    return QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
 }
 
 QStringList driverPluginPlaces(const QString& program_directory) {

@@ -34,6 +34,10 @@ private:
     CreateFunction m_create = nullptr; // of the loaded object
 };
 
+/** The folder of the running program. In a chroot the kernel names another one once
+ *  the process has its own mounts: ask before mountPrivateStick(). */
+QString programDirectory();
+
 /** Where the driver's file is looked for: beside the program @p program_directory,
  *  in the build tree that it is part of, in the lib folder of its installation. */
 QStringList driverPluginPlaces(const QString& program_directory);

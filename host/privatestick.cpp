@@ -71,6 +71,27 @@ bool enterNamespaces() {
     return ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0 && mapIdentity(user, group);
 }
 
+/** True if what is mounted at @p place is mounted in other name spaces, too. */
+bool isShared(const QByteArray& place) {
+    QFile mounts(QStringLiteral("/proc/self/mountinfo"));
+    if (!mounts.open(QIODevice::ReadOnly))
+        return true;
+    bool shared = true;
+    for (const QByteArray& line : mounts.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.value(4) == place)
+            shared = line.contains(" shared:");
+    }
+    return shared;
+}
+
+/** Unmounting a real stick still reaches this process; its own mounts reach nobody.
+ *  In a chroot whose root is no mount point this cannot be asked for: whether it
+ *  was needed shows once something is mounted. */
+bool leaveSharedMounts() {
+    return ::mount("none", "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0 || errno == EINVAL;
+}
+
 bool bind(const QByteArray& source, const QByteArray& target) {
     return ::mount(source.constData(), target.constData(), nullptr, MS_BIND | MS_REC, nullptr) == 0;
 }
@@ -109,8 +130,14 @@ bool mountAt(const QByteArray& place, const QByteArray& directory) {
     const Descriptor covered(parent);
     if (!source.isValid() || !covered.isValid())
         return false;
-    if (::mount("private", parent.constData(), "tmpfs", 0, "mode=755,size=64k") != 0 ||
-        ::mkdir(place.constData(), 0755) != 0 || !bind(source.path(), place))
+    if (::mount("private", parent.constData(), "tmpfs", 0, "mode=755,size=64k") != 0)
+        return false;
+    if (isShared(parent)) {
+        ::umount(parent.constData());
+        errno = EINVAL;
+        return false;
+    }
+    if (::mkdir(place.constData(), 0755) != 0 || !bind(source.path(), place))
         return false;
     uncoverAll(covered.path(), parent);
     return true;
@@ -126,10 +153,7 @@ bool mountPrivateStick(const QString& directory, QString& problem) {
     }
     const QByteArray source = QFile::encodeName(folder.canonicalFilePath());
     const QByteArray place = QFile::encodeName(panelPaths().simulator_usb_mounts);
-    // Unmounting a real stick still reaches this process; its own mounts reach nobody.
-    const bool mounted = enterNamespaces() &&
-                         ::mount("none", "/", nullptr, MS_REC | MS_SLAVE, nullptr) == 0 &&
-                         mountAt(place, source);
+    const bool mounted = enterNamespaces() && leaveSharedMounts() && mountAt(place, source);
     if (!mounted)
         problem = QString::fromLatin1("this kernel refuses a private mount of %1 (%2)")
                       .arg(directory, systemError());

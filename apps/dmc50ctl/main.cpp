@@ -56,8 +56,8 @@ int runAccess(const Options& options, const Target& target, DriverPlugin& plugin
     return communicate(target, options, plugin, [&] { scratch.remove(); });
 }
 
-std::unique_ptr<DriverPlugin> loadDriver(const Options& options, QString& problem) {
-    const QString place = QCoreApplication::applicationDirPath();
+std::unique_ptr<DriverPlugin> loadDriver(const Options& options, const QString& place,
+                                         QString& problem) {
     const QString path = options.plugin.isEmpty() ? findDriverPlugin(place) : options.plugin;
     if (!path.isEmpty())
         return DriverPlugin::load(path, problem);
@@ -66,9 +66,10 @@ std::unique_ptr<DriverPlugin> loadDriver(const Options& options, QString& proble
     return nullptr;
 }
 
-int runWithDriver(const Options& options, const std::optional<Target>& target) {
+int runWithDriver(const Options& options, const QString& place,
+                  const std::optional<Target>& target) {
     QString problem;
-    const std::unique_ptr<DriverPlugin> plugin = loadDriver(options, problem);
+    const std::unique_ptr<DriverPlugin> plugin = loadDriver(options, place, problem);
     if (!plugin)
         return fail({problem}, EXIT_COMMUNICATION);
     if (options.command == Options::Command::Info)
@@ -117,6 +118,7 @@ int main(int argc, char** argv) {
             return fail(reading.errors, reading.exit_status);
         target = reading.target;
     }
+    const QString place = programDirectory();
     QString problem;
     if (!options.recipe.stick.isEmpty() && !mountPrivateStick(options.recipe.stick, problem))
         return fail({problem}, EXIT_COMMUNICATION);
@@ -132,6 +134,6 @@ int main(int argc, char** argv) {
     case Options::Command::RecipeShow:
         return runRecipeShow(options);
     default:
-        return runWithDriver(options, target);
+        return runWithDriver(options, place, target);
     }
 }

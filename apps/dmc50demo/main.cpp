@@ -41,6 +41,8 @@ int main(int argc, char** argv) {
     options.add_flag("--brisk", brisk, "do not wait for a viewer");
     CLI11_PARSE(options, argc, argv);
 
+    const QString plugin_path =
+        plugin.empty() ? findDriverPlugin(programDirectory()) : QString::fromStdString(plugin);
     const QTemporaryDir folder;
     DemoStick stick;
     stick.directory = folder.path();
@@ -50,9 +52,6 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // the driver's own
     const QApplication application(argc, argv);
-    const QString plugin_path = plugin.empty()
-                                    ? findDriverPlugin(QCoreApplication::applicationDirPath())
-                                    : QString::fromStdString(plugin);
     Screen screen;
     Demonstration demonstration(screen, brisk, stick);
     const bool ok =

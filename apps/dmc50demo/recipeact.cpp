@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int PROGRAM_ID = 7;
-constexpr int PUSHED_PROGRAMS = 16; // of those in the file, to save time
 constexpr int EDITED_PROGRAM = 3;
 constexpr int EDITED_VALUE = 855; // degrees
 const char FILE_CODEC[] = "UTF-16LE";
@@ -109,8 +108,7 @@ QString RecipeAct::pull() {
 QString RecipeAct::pushEdited() {
     Table table = readTable(path());
     QString& field = table[EDITED_PROGRAM][RECIPE_TEMPERATURE];
-    m_screen.begin(QString::fromUtf8("Pushing %1 of them back, program %2 with %3 °C instead of %4")
-                       .arg(PUSHED_PROGRAMS)
+    m_screen.begin(QString::fromUtf8("Pushing them back, program %1 with %2 °C instead of %3")
                        .arg(EDITED_PROGRAM)
                        .arg(EDITED_VALUE)
                        .arg(field));
@@ -121,7 +119,7 @@ QString RecipeAct::pushEdited() {
     changed = EDITED_VALUE;
     if (!writeTable(table, path()))
         return QStringLiteral("The file cannot be edited");
-    const RecipeReport report = transfer(&RecipeJob::push, PUSHED_PROGRAMS);
+    const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
     if (!report.ok())
         return report.problems.join(QLatin1Char('\n'));
     if (memory() != expected)
@@ -145,7 +143,7 @@ QString RecipeAct::pushBad() {
     if (!writeTable(table, path()))
         return QStringLiteral("The file cannot be edited");
     const Memory before = memory();
-    const RecipeReport report = transfer(&RecipeJob::push, PUSHED_PROGRAMS);
+    const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
     if (report.problems.size() != 1 + 3) // a line for the log, and the log
         return QStringLiteral("The driver has not refused the three fields");
     if (memory() != before)

@@ -274,6 +274,17 @@ TEST(Recipe, NeedsNoRootForAStick) {
     EXPECT_EQ(stick.names(), QStringList("PROG_template.txt"));
 }
 
+TEST(Recipe, WorksInAChrootThatIsNoMountPoint) {
+    Stick stick;
+    const QTemporaryDir folder;
+    QProcess program;
+    program.start(CHROOT_SCRIPT, {folder.path(), DMC50CTL, "recipe", "template", "--count", "1",
+                                  "--stick", stick.path()});
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().constData();
+    EXPECT_EQ(stick.names(), QStringList("PROG_template.txt"));
+}
+
 TEST(Recipe, TellsBadUsageApart) {
     for (const QStringList& command :
          {QStringList{}, QStringList{"pull"}, QStringList{"pull", "x"}, QStringList{"pull", "-1"},
