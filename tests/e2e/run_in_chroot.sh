@@ -7,9 +7,8 @@
 set -eu
 PATH=$PATH:/usr/sbin:/sbin
 
-if [ "${CHROOT_NAMESPACE:-}" != entered ]; then
-    CHROOT_NAMESPACE=entered exec unshare --map-root-user --mount "$0" "$@"
-fi
+. "$(dirname "$0")/../support/privatemounts.sh"
+enter_private_mounts "$0" "$@"
 
 folder=$1
 shift

@@ -9,16 +9,8 @@
 set -eu
 PATH=$PATH:/usr/sbin:/sbin
 
-if [ "${PANEL_ROOT_NAMESPACE:-}" != entered ]; then
-    namespace=-m
-    [ "$(id -u)" = 0 ] || namespace=-Urm
-    if ! unshare $namespace true; then
-        echo "FAILED: this kernel refuses a private mount namespace (unshare $namespace)." >&2
-        echo "Without one the storage monitor cannot be tested with real mounts." >&2
-        exit 1
-    fi
-    PANEL_ROOT_NAMESPACE=entered exec unshare $namespace "$0" "$@"
-fi
+. "$(dirname "$0")/../support/privatemounts.sh"
+enter_private_mounts "$0" "$@"
 
 program=$1
 plugin=$2

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
+#include <cerrno>
 #include <random>
 
 #include <sched.h>
@@ -18,7 +18,7 @@ namespace {
 
 class CsvBadInput : public ::testing::Test {
 protected:
-    CsvBadInput() : path(directory.filePath(text("t.txt"))), started(std::clock()) {}
+    CsvBadInput() : path(directory.filePath(text("t.txt"))) {}
 
     /** Writes @p head, @p count times @p unit and @p tail as Latin-1, which
      *  the loader is set to. */
@@ -34,32 +34,23 @@ protected:
         file.write(tail);
     }
 
-    /** Seconds of processor time since the test began: others may be busy on
-     *  the machine. */
-    double secondsUsed() const { return double(std::clock() - started) / CLOCKS_PER_SEC; }
-
     ScratchSettings settings;
     TemporaryDirectory directory;
     const QString path;
     WorkerLoader loader;
     WorkerSaver saver;
-    const std::clock_t started;
 };
 
-// A loader of quadratic time would take hours where these are far from reached.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-const double SecondsAllowed = 60; // every access is checked
-#else
-const double SecondsAllowed = 3;
-#endif
-
+// So many that a loader of quadratic time would take hours: ctest ends it.
 const int Million = 1000 * 1000;
 
 bool mountPrivately(const char* directory, const char* options) {
     const bool own_namespace =
         unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
-    return own_namespace && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("tmpfs", directory, "tmpfs", 0, options) == 0;
+    // The root of a chroot need not be a mount point.
+    const bool is_private =
+        mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 || errno == EINVAL;
+    return own_namespace && is_private && mount("tmpfs", directory, "tmpfs", 0, options) == 0;
 }
 
 /** For a process of its own: saves to a tmpfs with @p options; 0 if saveFile()
@@ -155,35 +146,30 @@ TEST_F(CsvBadInput, ALineOfAHundredMegabytesIsReadInLinearTime) {
     writeRepeated("", "x", 100 * Million, "");
     EXPECT_FALSE(loader.openFile(path));
     EXPECT_EQ(loader.errorMessageList(), texts({"No content found in the imported file."}));
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AnEndlessHeaderIsReadInLinearTime) {
     writeRepeated("", "x", 20 * Million, "\n1");
     EXPECT_FALSE(loader.openFile(path));
     EXPECT_EQ(loader.errorMessageList(), texts({"File format error.\nCannot detect delimiter."}));
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AnEndlessFieldIsReadInLinearTime) {
     writeRepeated("a\tb\n1\t", "x", 20 * Million, "\n");
     EXPECT_TRUE(loader.openFile(path));
     EXPECT_EQ(loader.m_content.last().last().size(), 20 * Million);
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AQuotedFieldOfMillionsOfPiecesIsReadInLinearTime) {
     writeRepeated("a\tb\n\"", "x\t", 5 * Million, "\"\t2\n");
     EXPECT_TRUE(loader.openFile(path));
     EXPECT_EQ(loader.m_content.last().first().size(), 10 * Million);
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AQuotedFieldOfMillionsOfLinesIsReadInLinearTime) {
     writeRepeated("a\tb\n\"", "x\n", 5 * Million, "\"\t2\n");
     EXPECT_TRUE(loader.openFile(path));
     EXPECT_EQ(loader.m_content.last().first().size(), 10 * Million);
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AFieldOfMillionsOfQuotesIsReadAndSavedInLinearTime) {
@@ -196,14 +182,12 @@ TEST_F(CsvBadInput, AFieldOfMillionsOfQuotesIsReadAndSavedInLinearTime) {
     loader.init();
     EXPECT_TRUE(loader.openFile(path));
     EXPECT_EQ(loader.m_content, rows);
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, AQuoteThatIsNeverClosedIsFoundInLinearTime) {
     writeRepeated("a\tb\n\"", "x\t\n", 5 * Million, "");
     EXPECT_FALSE(loader.openFile(path));
     EXPECT_EQ(loader.errorMessageList(), texts({"Format error at line 5000002"}));
-    EXPECT_LT(secondsUsed(), SecondsAllowed);
 }
 
 TEST_F(CsvBadInput, RandomBytesAreNeverMoreThanErrorsAndWarnings) {
