@@ -52,9 +52,8 @@ protected:
                 content += QLatin1Char('\t') + value;
             content += QLatin1Char('\n');
         }
-        m_stick.write(QLatin1String(name), QTextCodec::codecForName("UTF-16LE")
-                                               ->makeEncoder(QTextCodec::DefaultConversion)
-                                               ->fromUnicode(content));
+        QTextEncoder encoder(QTextCodec::codecForName("UTF-16LE"), QTextCodec::DefaultConversion);
+        m_stick.write(QLatin1String(name), encoder.fromUnicode(content));
     }
 
     /** All values of all programs in the controller. */
