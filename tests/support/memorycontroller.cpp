@@ -6,7 +6,8 @@ QByteArray upperHex(quint32 value, int digits) {
     return QByteArray::number(value, 16).toUpper().rightJustified(digits, '0');
 }
 
-const int ItemsOffset = 12; // STX, station, sub-address, "XRN00LL"
+const int ItemsOffset = 12;      // STX, station, sub-address, "XRN00LL"
+const int GroupItemsOffset = 10; // the same with "XWGLL"
 
 } // namespace
 
@@ -28,24 +29,35 @@ QByteArray requestCommand(const QByteArray& request) {
 
 QList<quint32> requestItems(const QByteArray& request) {
     QList<quint32> items;
-    for (int at = ItemsOffset; request.size() > at && request.at(at) != '\x03'; at += 8)
+    const int first = requestCommand(request) == "WG" ? GroupItemsOffset : ItemsOffset;
+    for (int at = first; request.size() > at && request.at(at) != '\x03'; at += 8)
         items.append(request.mid(at, 8).toUInt(nullptr, 16));
     return items;
 }
 
 QByteArray MemoryController::answer(const QByteArray& request) {
     QMutexLocker lock(&m_mutex);
-    const int station = requestStation(request);
-    const QList<quint32> items = requestItems(request);
     QByteArray body = request.mid(1, 4) + "X00";
     if (requestCommand(request) == "RN") {
+        const QList<quint32> items = requestItems(request);
         for (int i = 0; i < items.size(); ++i)
-            body += upperHex(m_memory[station][items.at(i)], 8);
+            body += upperHex(m_memory[requestStation(request)][items.at(i)], 8);
     } else {
-        for (int i = 0; i + 1 < items.size(); i += 2)
-            m_memory[station][items.at(i)] = items.at(i + 1);
+        store(request);
     }
     return cplFrame(body);
+}
+
+void MemoryController::store(const QByteArray& request) {
+    std::map<quint32, quint32>& memory = m_memory[requestStation(request)];
+    const QList<quint32> items = requestItems(request);
+    if (requestCommand(request) == "WG") {
+        for (int i = 1; i < items.size(); ++i)
+            memory[items.at(0) + quint32(i - 1)] = items.at(i);
+        return;
+    }
+    for (int i = 0; i + 1 < items.size(); i += 2)
+        memory[items.at(i)] = items.at(i + 1);
 }
 
 quint32 MemoryController::value(int station, quint32 address) const {

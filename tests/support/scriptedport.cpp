@@ -28,9 +28,7 @@ int ScriptedPort::writeBytes(const char* buffer, int length) {
     m_calls.append(request);
     const Answer answer = m_answer;
     lock.unlock();
-    const QByteArray received = answer ? answer(request) : QByteArray();
-    lock.relock();
-    m_received += received;
+    receive(answer ? answer(request) : QByteArray());
     return length;
 }
 
@@ -58,6 +56,11 @@ QList<QByteArray> ScriptedPort::requests() const {
 void ScriptedPort::forgetCalls() {
     QMutexLocker lock(&m_mutex);
     m_calls.clear();
+}
+
+void ScriptedPort::receive(const QByteArray& bytes) {
+    QMutexLocker lock(&m_mutex);
+    m_received += bytes;
 }
 
 void ScriptedPort::setAnswer(const Answer& answer) {

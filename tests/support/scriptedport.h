@@ -35,6 +35,9 @@ public:
 
     void setAnswer(const Answer& answer);
 
+    /** Bytes arrive that no request has asked for now, such as a late reply. */
+    void receive(const QByteArray& bytes);
+
     /** Bytes that one read returns at most; 0: no limit. */
     int m_chunk = 0;
     int m_timeout = 3000;

@@ -110,7 +110,7 @@ TEST_F(DriverRead, ASilentControllerGivesNothingAndItsErrorText) {
     EXPECT_FALSE(m_driver->hasError());
 }
 
-TEST_F(DriverRead, ALateReplyIsDiscardedBeforeTheNextRequest) {
+TEST_F(DriverRead, ALateReplyIsNotTakenForTheNextOne) {
     project("NA10 NA11");
     QByteArray late;
     int requests = 0;
@@ -124,6 +124,7 @@ TEST_F(DriverRead, ALateReplyIsDiscardedBeforeTheNextRequest) {
     m_controller.setValue(1, 0x11, 11);
     EXPECT_TRUE(read("NA10", Byte, 1).isEmpty());
     pause(100);
+    m_port.receive(late);
     EXPECT_EQ(read("NA11", Byte, 1), bytes("0B"));
 }
 
@@ -144,6 +145,26 @@ TEST_F(DriverRead, WithoutADatabaseNothingIsReadOrWritten) {
     EXPECT_EQ(m_driver->getLastError(), text("can not open database"));
     EXPECT_FALSE(write("NA10", Word, 1, bytes("0100")));
     EXPECT_EQ(m_probe->thread(), nullptr);
+}
+
+TEST_F(DriverRead, WithoutItsLinkEveryAccessFailsUntilTheDatabaseIsMended) {
+    m_project.createDatabase();
+    m_driver.reset(new DriverDMC50v3(m_clock));
+    m_probe.reset(new DriverProbe(*m_driver));
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        m_driver->clearError();
+        EXPECT_TRUE(read("NA10", Word, 1).isEmpty());
+        EXPECT_TRUE(m_driver->hasError());
+        m_driver->clearError();
+        EXPECT_FALSE(write("NA10", Word, 1, bytes("0100")));
+        EXPECT_TRUE(m_driver->hasError());
+        EXPECT_EQ(m_driver->getLastError(), text("failed to get default station id"));
+    }
+    m_project.addLink(1, 1001);
+    m_project.addNode(1, 1, true);
+    m_project.addTags(1, QStringList(text("NA10")));
+    m_controller.setValue(1, 0x10, 5);
+    EXPECT_EQ(read("NA10", Word, 1), bytes("0500"));
 }
 
 TEST_F(DriverRead, ARangeOutsideTheProjectEndsTheProgram) {
@@ -222,8 +243,14 @@ TEST_F(DriverWrite, WhileTheLineIsInErrorAWriteIsAcceptedAndDropped) {
     EXPECT_TRUE(read("NA10", Word, 1).isEmpty());
     m_port.forgetCalls();
     m_probe->thread()->setCommError(text("down"));
+    const qint64 before = m_clock.msecsSinceBoot();
     EXPECT_TRUE(write("NA10", Word, 1, bytes("0100")));
+    EXPECT_TRUE(write("NA10.1", Bit, 1, bytes("01"))); // does not read first
+    EXPECT_EQ(m_clock.msecsSinceBoot(), before);
     EXPECT_TRUE(m_probe->thread()->addrArgQueueMapIsEmpty());
+    answer();
+    pause(4000); // the error is over
+    EXPECT_TRUE(m_port.requests().isEmpty());
 }
 
 TEST_F(DriverWrite, QuadWordsAndUnknownTypesAreNotSupported) {
@@ -249,9 +276,22 @@ TEST_F(DriverWrite, TheQueueSizeTagCountsThePairsOfThePortsStation) {
 
 TEST_F(DriverWrite, ABitWriteThatCannotReadIsRetriedAsThePortSaysThenFails) {
     project("NA10");
+    m_port.m_retries = 2;
+    m_port.setAnswer([](const QByteArray&) { return cplFrame("0100X4A"); });
+    const qint64 before = m_clock.msecsSinceBoot();
+    EXPECT_FALSE(write("NA10.1", Bit, 1, bytes("01")));
+    // Three attempts; each waits 3 x 3000 ms for a read that is tried three times.
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 3 * 9000);
+    EXPECT_EQ(m_port.requests().size(), 3 * 3);
+}
+
+TEST_F(DriverWrite, ABitWriteIsNotRetriedOnALineThatIsInErrorByThen) {
+    project("NA10");
     m_port.m_retries = 1;
     staySilent();
+    const qint64 before = m_clock.msecsSinceBoot();
     EXPECT_FALSE(write("NA10.1", Bit, 1, bytes("01")));
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 2 * 3000);
     EXPECT_TRUE(m_driver->hasError());
 }
 

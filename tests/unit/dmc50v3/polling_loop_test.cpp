@@ -100,7 +100,7 @@ TEST_F(PollingLoop, SendsWritesBeforeTheNextReadFrame) {
     EXPECT_EQ(sent(), Frames({"RN 1 50", "WN 2 1", "RN 1 50", "RN 1 20"}));
 }
 
-TEST_F(PollingLoop, SendsWritesBeforeARetryToo) {
+TEST_F(PollingLoop, AWriteWaitsBehindTheRetriesOfAFailedRead) {
     m_port.m_retries = 1;
     startSession(1);
     int requests = 0;
@@ -166,7 +166,7 @@ TEST_F(PollingLoop, ANewSessionEndsTheScanAndEmptiesTheCache) {
 }
 
 TEST_F(PollingLoop, AnEmptySessionIdlesInStepsOfTenMillisecondsAndClearsTheError) {
-    start();
+    startSession(3);
     m_thread->setSessionCommand(QList<CommunicatorCommand>());
     m_thread->setCommError(QString::fromLatin1("lost"));
     const qint64 before = m_clock.msecsSinceBoot();

@@ -1,8 +1,29 @@
 #include "tests/unit/dmc50v3/pollingfixture.h"
 
+#include <thread>
+
 namespace {
 class PollingWrites : public PollingFixture {};
-class PollingReads : public PollingFixture {};
+class PollingReads : public PollingFixture {
+protected:
+    /** Asks the cache for one double word; m_miss is what it does not hold of it. */
+    bool readCache() {
+        QByteArray data(4, '\0');
+        m_miss.clear();
+        UCharVector miss_indexes;
+        return m_thread->readDataCacheMap(1, {0x1000}, {0}, data, m_miss, miss_indexes);
+    }
+
+    /** How long a failing read from the cache waits, ms. */
+    qint64 failingReadMsecs() {
+        const qint64 before = m_clock.msecsSinceBoot();
+        EXPECT_FALSE(readCache());
+        return m_clock.msecsSinceBoot() - before;
+    }
+
+    AddressVector m_miss;
+};
+typedef PollingReads PollingReadsDeath;
 } // namespace
 
 TEST_F(PollingWrites, SixtyPairsGoOutAsTwentyFiveTwentyFiveAndTen) {
@@ -119,24 +140,55 @@ TEST_F(PollingReads, AReadOnceOfASilentControllerFailsAfterTheWholeBudget) {
 TEST_F(PollingReads, ATransientErrorIsWaitedOut) {
     start();
     m_thread->setCommError(QString::fromLatin1("down"));
-    QByteArray data(4, '\0');
-    AddressVector miss;
-    UCharVector miss_indexes;
+    m_clock.setParticipants(2);
+    std::thread line([this] {
+        m_clock.sleepMsecs(495);
+        m_thread->clearError();
+        m_clock.setParticipants(1);
+    });
     const qint64 before = m_clock.msecsSinceBoot();
-    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
-    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 3000);
-    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
-    m_thread->clearError();
-    EXPECT_TRUE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
-    EXPECT_EQ(miss, AddressVector({0x1000}));
+    EXPECT_TRUE(readCache());
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 500);
+    EXPECT_EQ(m_miss, AddressVector({0x1000}));
+    line.join();
+}
+
+TEST_F(PollingReads, TheCacheIsClosedForTheWholeBudgetUntilARequestSucceeds) {
+    m_port.m_retries = 2;
+    startSession(1);
+    m_probe->cycle();
+    stayingSilent();
+    m_probe->cycle();
+    EXPECT_EQ(failingReadMsecs(), 9000);
+    m_probe->cycle();
+    EXPECT_EQ(failingReadMsecs(), 9000);
+    answer();
+    m_probe->cycle();
+    EXPECT_TRUE(readCache());
+    EXPECT_TRUE(m_miss.empty());
+}
+
+TEST_F(PollingReads, TheCacheIsClosedUntilAnIdlePause) {
+    start();
+    m_thread->setCommError(QString::fromLatin1("down"));
+    EXPECT_EQ(failingReadMsecs(), 3000);
+    EXPECT_EQ(failingReadMsecs(), 3000);
+    m_probe->cycle(); // has nothing to do
+    EXPECT_TRUE(readCache());
+}
+
+TEST_F(PollingReadsDeath, AMissWithoutItsPositionEndsTheProgram) {
+    start();
+    QByteArray data(8, '\0');
+    UCharVector miss_indexes;
+    EXPECT_DEATH(m_thread->readDataCacheMap(1, {0x1000, 0x1001}, {0}, data, m_miss, miss_indexes),
+                 "\"miss_addresses.size\\(\\) == miss_data_indexes.size\\(\\)\"");
 }
 
 TEST_F(PollingReads, AStoppedThreadAnswersNoReader) {
     start();
     m_thread->stop();
     QByteArray data(4, '\0');
-    AddressVector miss;
-    UCharVector miss_indexes;
-    EXPECT_FALSE(m_thread->readDataCacheMap(1, {0x1000}, {0}, data, miss, miss_indexes));
+    EXPECT_FALSE(readCache());
     EXPECT_FALSE(m_thread->readOnceData(1, data, {0x1000}, {0}));
 }

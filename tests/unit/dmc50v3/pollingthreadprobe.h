@@ -1,6 +1,8 @@
 #ifndef TESTS_UNIT_DMC50V3_POLLINGTHREADPROBE_H
 #define TESTS_UNIT_DMC50V3_POLLINGTHREADPROBE_H
 
+#include "runtime/drivers/byteorder.h"
+#include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 
 /** Runs the steps of a polling thread one by one, without a thread. */
@@ -11,6 +13,15 @@ public:
     void cycle() { m_thread.cycle(); }
     bool pollingScan() { return m_thread.pollingScan(); }
     bool sendWrites() { return m_thread.addrArgQueueToDMC50(); }
+    /** One exchange of a write of consecutive double words, which the thread itself
+     *  never sends. */
+    bool writeGroup(quint8 station_id, quint32 address, quint32 value) {
+        const QByteArray image = intToByteArray(int(value));
+        m_thread.exchange(CPLPackWGCmd(m_thread.m_request_buf.data(), CPLBufferSize, station_id, 0,
+                                       address, reinterpret_cast<const uchar*>(image.constData()),
+                                       1));
+        return m_thread.checkWriteRsp(station_id, address);
+    }
     void fetchReads() { m_thread.readAddrQueueMapToReadOnceDataMap(); }
     bool checkLowLatency() { return m_thread.checkLowLatency(); }
     void takeOverSession() { m_thread.takeOverSession(); }
