@@ -16,6 +16,13 @@ protected:
         return m_exporter->getFileName(program_id, ok, 1);
     }
     QString onStick(const char* name) const { return m_stick.filePath(QLatin1String(name)); }
+
+    /** PROG_7.txt with one program and PROG_7_old.txt with two. */
+    void saveTwoFiles() {
+        saveTable(7, 2);
+        m_stick.write(QLatin1String("PROG_7_old.txt"), m_stick.read(file(7)));
+        saveTable(7, 1);
+    }
 };
 
 } // namespace
@@ -101,15 +108,22 @@ TEST_F(ExporterFiles, ALogThatCannotBeOpenedStillSetsTheFlag) {
 }
 
 TEST_F(ExporterFiles, OfSeveralMatchesTheOperatorChooses) {
-    m_stick.write(file(7), "");
-    m_stick.write(QLatin1String("PROG_7_old.txt"), "not a table");
+    saveTwoFiles();
     DialogDriver operator_at_panel(DialogDriver::PressOk, 1);
-    write(7, 1);
+    write(7, 2);
     EXPECT_EQ(operator_at_panel.dialogsSeen(), 1);
     EXPECT_EQ(operator_at_panel.offered(),
               QStringList() << onStick("PROG_7.txt") << onStick("PROG_7_old.txt"));
-    // The chosen file holds one line; the other one would have held none as well,
-    // but could not have been told apart by the log's texts.
-    EXPECT_TRUE(m_stick.read(QLatin1String("WRITE_PROG_7_ERROR.txt"))
-                    .contains("No content found in the imported file."));
+    EXPECT_EQ(program(2), imageOf(2)); // which only the chosen file has
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+}
+
+TEST_F(ExporterFiles, AChoiceClosedWithoutTheButtonWritesTheFirstFile) {
+    saveTwoFiles();
+    DialogDriver operator_at_panel(DialogDriver::CloseWindow);
+    write(7, 2);
+    EXPECT_EQ(operator_at_panel.dialogsSeen(), 1);
+    EXPECT_EQ(program(1), imageOf(1));
+    EXPECT_EQ(program(2), imageOf(0));
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0);
 }

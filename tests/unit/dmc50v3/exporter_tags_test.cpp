@@ -82,6 +82,7 @@ TEST_F(ExporterTags, EnableWrittenWithZeroChangesNothing) {
     waitForWorker();
     EXPECT_EQ(readTag("VVT_ENABLE0"), 0);
     EXPECT_EQ(readTag("VVT_ENABLE1"), 0);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0); // a write would have missed its file
     EXPECT_TRUE(m_notices.notices().isEmpty());
     EXPECT_FALSE(m_stick.contains(file(0)));
 }

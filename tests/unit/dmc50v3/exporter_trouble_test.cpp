@@ -1,5 +1,6 @@
 // What can go wrong around a transfer: the stick, the line, the panel's own
 // impatience.
+#include "tests/support/dialogdriver.h"
 #include "tests/support/goldenprograms.h"
 #include "tests/support/limitedfilesize.h"
 #include "tests/unit/dmc50v3/transferfixture.h"
@@ -40,10 +41,16 @@ protected:
                 sane = sane && (readTag(flag) | 1) == 1;
             for (const char* progress : {"VVT_PROGRESS0", "VVT_PROGRESS1"})
                 sane = sane && readTag(progress) >= 0 && readTag(progress) <= 100;
+            sane = sane && m_ids.contains(readTag("VVT_PROG_ID0"));
+            sane = sane && m_counts.contains(readTag("VVT_PROG_COUNT0"));
             std::this_thread::yield();
         }
         return sane;
     }
+
+    // What a panel that polls may see: the start's values, and those it wrote.
+    const QList<int> m_ids = QList<int>() << 0 << 7 << 8;
+    const QList<int> m_counts = QList<int>() << 0 << 32;
 };
 
 } // namespace
@@ -69,6 +76,48 @@ TEST_F(ExporterTrouble, AStickPulledAfterAReadIsMissedByTheNextOnly) {
     expectIdle();
     EXPECT_EQ(readTag("VVT_ERROR1"), 0);
     read(7, 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, ATemplateWithoutAStickIsANoticeWithoutAnErrorFlag) {
+    m_environment.pullStick();
+    read(-1, 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    EXPECT_EQ(readTag("VVT_ERROR1"), 0);
+    EXPECT_EQ(m_environment.pendingCalls(), 0);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledUnnoticedBeforeAWriteIsAnErrorWithoutALog) {
+    pullStick(false);
+    write(7, 1);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+    EXPECT_TRUE(m_port.requests().isEmpty());
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledWhileTheOperatorChoosesIsAReportedError) {
+    saveTable(7, 1);
+    m_stick.write(QLatin1String("PROG_7_b.txt"), "");
+    DialogDriver operator_at_panel(DialogDriver::PressOk);
+    operator_at_panel.m_before_answer = [this] { pullStick(true); };
+    write(7, 1);
+    EXPECT_EQ(operator_at_panel.dialogsSeen(), 1);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
+    EXPECT_TRUE(m_port.requests().isEmpty());
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AStickPulledAfterAWriteIsMissedByTheNextOnly) {
+    saveTable(7, 1);
+    write(7, 1);
+    pullStick(true);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+    write(7, 1);
     EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String(NoStickNotice)));
     expectIdle();
 }
@@ -112,11 +161,48 @@ TEST_F(ExporterTrouble, AFullStickLeavesATruncatedFileThatCountsAsSaved) {
     expectIdle();
 }
 
+TEST_F(ExporterTrouble, AFullStickLeavesATruncatedTemplateThatCountsAsSaved) {
+    choose(-1, 3);
+    {
+        const LimitedFileSize full(100);
+        read(-1, 3);
+    }
+    EXPECT_EQ(m_stick.read(QLatin1String("PROG_template.txt")).size(), 100);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+    m_environment.pass(500);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AFullStickCutsTheLogOfAFailedWriteButNotItsError) {
+    m_stick.write(file(7), goldenFile(QLatin1String("PROG_0.txt"))); // no programs in it
+    choose(7, 1);
+    {
+        const LimitedFileSize full(10);
+        write(7, 1);
+    }
+    EXPECT_EQ(m_stick.read(QLatin1String("WRITE_PROG_7_ERROR.txt")), QByteArray("No content"));
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    expectIdle();
+}
+
 TEST_F(ExporterTrouble, AStickThatCannotBeWrittenIsAnErrorWithoutALog) {
     m_environment.mountStick(QLatin1String("/proc")); // no file can be made there
     read(7, 1);
     EXPECT_EQ(readTag("VVT_ERROR1"), 1);
     m_environment.pass(2000);
+    expectIdle();
+    write(7, 1); // there is no program file either
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, ATemplateForAStickThatCannotBeWrittenIsANotice) {
+    m_environment.mountStick(QLatin1String("/proc"));
+    read(-1, 1);
+    EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String("DMC50|File cannot be opened.|1")));
+    EXPECT_EQ(readTag("VVT_ERROR1"), 0);
+    m_environment.pass(500);
     expectIdle();
 }
 
@@ -127,6 +213,25 @@ TEST_F(ExporterTrouble, AControllerThatFallsSilentForGoodEndsTheReadAtOnce) {
     EXPECT_TRUE(m_stick.read(QLatin1String("READ_PROG_7_ERROR.txt")).contains("[NA1260]"));
     EXPECT_FALSE(m_stick.contains(file(7)));
     m_environment.pass(2000);
+    expectIdle();
+}
+
+TEST_F(ExporterTrouble, AControllerThatFallsSilentInAWriteKeepsWhatItHasReceived) {
+    saveTable(7, 32);
+    m_port.m_timeout = 9000;
+    m_port.m_retries = 1;
+    m_port.setAnswer([this](const QByteArray& request) {
+        if (m_port.requests().size() <= 10)
+            return m_controller.answer(request); // 25 values each
+        m_clock.sleepMsecs(quint32(m_port.m_timeout));
+        return QByteArray();
+    });
+    write(7, 32);
+    EXPECT_EQ(m_stick.read(QLatin1String("WRITE_PROG_7_ERROR.txt")),
+              QByteArray("Writing Data Fail,No Response in communication."));
+    EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+    EXPECT_EQ(program(10), imageOf(10));
+    EXPECT_EQ(program(12), imageOf(0));
     expectIdle();
 }
 

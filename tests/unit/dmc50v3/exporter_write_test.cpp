@@ -4,6 +4,7 @@
 
 #include <QTextCodec>
 
+#include <atomic>
 #include <vector>
 
 namespace {
@@ -43,6 +44,31 @@ protected:
     }
 
     bool nothingWasSent() const { return m_port.requests().isEmpty(); }
+
+    /** Writes @p count programs while the polling thread keeps reading a tag, and
+     *  notes at each of its requests whether the panel is shown 100 %. */
+    void writeAndWatchTheEnd(int program_id, int count) {
+        m_shown_first = 0;
+        m_port.setAnswer([this](const QByteArray& request) {
+            if (readTag("VVT_PROGRESS0") == 100) {
+                m_shown_last = m_clock.msecsSinceBoot();
+                if (m_shown_first == 0)
+                    m_shown_first = m_clock.msecsSinceBoot();
+            }
+            return m_controller.answer(request);
+        });
+        choose(program_id, count);
+        QList<CommunicatorCommand> polled;
+        polled.append(
+            CommunicatorCommand(QLatin1String("NA1000"), CommunicatorCommand::DoubleWord, 1));
+        m_driver->setSessionCommand(polled);
+        writeTag("VVT_ENABLE0", 1);
+        waitForWorker();
+    }
+
+    // When the polling thread first and last saw 100 %; that thread writes them.
+    std::atomic<qint64> m_shown_first{0};
+    std::atomic<qint64> m_shown_last{0};
 };
 
 } // namespace
@@ -80,16 +106,21 @@ TEST_F(ExporterWrite, OnlyAsManyRowsAsTheCountAreCheckedAndWritten) {
 
 TEST_F(ExporterWrite, WithoutACountNothingIsWrittenAndTheTransferSucceeds) {
     save(7, table(3));
-    int shown = 0;
-    choose(7, 0);
-    writeTag("VVT_ENABLE0", 1);
-    m_clock.waitForSleepers(1);
-    waitForWorker();
-    shown = readTag("VVT_PROGRESS0");
+    write(7, 0);
     EXPECT_TRUE(nothingWasSent());
-    EXPECT_EQ(shown, 0);
     EXPECT_EQ(readTag("VVT_ERROR0"), 0);
     expectIdle();
+}
+
+TEST_F(ExporterWrite, SuccessIsShownAsAHundredPercentForTwoSeconds) {
+    save(7, table(3));
+    for (int count : {0, 3}) {
+        writeAndWatchTheEnd(7, count);
+        EXPECT_GT(m_shown_first, 0) << count;
+        EXPECT_GT(m_shown_last - m_shown_first, 1900) << count; // the polls are 10 ms apart
+        EXPECT_LE(m_shown_last - m_shown_first, 2000) << count;
+        expectIdle();
+    }
 }
 
 TEST_F(ExporterWrite, ASlotWithoutATagIsSkippedAndRowsAreNotShifted) {
@@ -120,12 +151,12 @@ TEST_F(ExporterWrite, InvalidFieldsAreAllListedAndNothingIsWritten) {
 
 TEST_F(ExporterWrite, AFirstRowOfTwentySixFieldsPasses) {
     QList<QStringList> rows = table(1);
-    rows[0].append(QLatin1String("extra"));
-    rows[1].append(QLatin1String("extra"));
+    rows[1].append(QLatin1String("extra")); // the loader warns, but that is no error
     save(7, rows);
     write(7, 1);
     EXPECT_EQ(program(1), imageOf(1));
     EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+    EXPECT_TRUE(m_notices.notices().isEmpty());
 }
 
 TEST_F(ExporterWrite, AShortLaterRowIsPaddedAndItsFirstEmptyFieldReported) {
