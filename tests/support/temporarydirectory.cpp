@@ -12,7 +12,8 @@
 #include <stdlib.h>
 
 TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "dmc50-test-XXXXXX").string();
+    // No "-" before the random part: a blank program file's path may hold no "-1".
+    std::string name = (std::filesystem::temp_directory_path() / "dmc50-test_XXXXXX").string();
     EXPECT_NE(mkdtemp(&name[0]), nullptr) << "cannot make " << name;
     m_path = QString::fromLocal8Bit(name.c_str());
 }

@@ -168,7 +168,7 @@ TEST_F(ExporterTrouble, AFullStickLeavesATruncatedTemplateThatCountsAsSaved) {
         read(-1, 3);
     }
     EXPECT_EQ(m_stick.read(QLatin1String("PROG_template.txt")).size(), 100);
-    EXPECT_TRUE(m_notices.notices().isEmpty());
+    EXPECT_EQ(m_notices.notices(), QStringList());
     m_environment.pass(500);
     expectIdle();
 }
