@@ -11,6 +11,7 @@ namespace {
 class DriverThreads : public DriverFixture {
 protected:
     DriverThreads() { m_port.m_timeout = 3600000; } // no time-out may come of a loaded machine
+    ~DriverThreads() override { m_driver.reset(); } // its polling thread looks at the clock
 
     void fastProject(const QString& tags) {
         project(tags.toLatin1().constData());
