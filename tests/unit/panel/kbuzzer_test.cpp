@@ -152,8 +152,9 @@ TEST_F(Buzzer, NeverMakesItsCallersWaitForASoundToEnd) {
 }
 
 TEST_F(Buzzer, TellsAllWorkDoneOnlyWhenTheQueueHasDrained) {
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(manual_clock);
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.makeSound(100, 440);
     buzzer.makeSound(100, 880);
     manual_clock.waitForSleepers(1);
@@ -180,9 +181,10 @@ TEST_F(Buzzer, TellsAllWorkDoneOnceMoreWhenItStops) {
 
 TEST_F(Buzzer, DropsSoundsWhileDisabledButStillTellsAllWorkDone) {
     ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 0));
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
     EXPECT_FALSE(buzzer.isBuzzerEnabled());
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.makeSound(100, 440);
     EXPECT_EQ(done.fromThisThread(), 1) << "told before the call returns";
     EXPECT_EQ(tones(), Tones{0});
@@ -190,8 +192,9 @@ TEST_F(Buzzer, DropsSoundsWhileDisabledButStillTellsAllWorkDone) {
 
 TEST_F(Buzzer, IgnoresEverySoundAfterTheLastOneAndTellsNothing) {
     fakePlatform().x86_hmi = true;
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.setLastSound(true);
     buzzer.makeSound(100, 440);
     EXPECT_TRUE(fakePlatform().alarms.isEmpty());
@@ -203,8 +206,9 @@ TEST_F(Buzzer, IgnoresEverySoundAfterTheLastOneAndTellsNothing) {
 }
 
 TEST_F(Buzzer, TurnedOffDropsTheWaitingSoundsAndLetsThePlayingOneFinish) {
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(manual_clock);
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.makeSound(100, 440);
     manual_clock.waitForSleepers(1);
     buzzer.makeSound(100, 880);
@@ -217,8 +221,9 @@ TEST_F(Buzzer, TurnedOffDropsTheWaitingSoundsAndLetsThePlayingOneFinish) {
 }
 
 TEST_F(Buzzer, SavesAChangedPreferenceAndTellsIt) {
+    SignalCounter told; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
-    SignalCounter told(&buzzer, SIGNAL(buzzerState(bool)));
+    told.follow(&buzzer, SIGNAL(buzzerState(bool)));
     buzzer.setBuzzerEnabled(false);
     EXPECT_FALSE(buzzer.isBuzzerEnabled());
     EXPECT_EQ(told.value(), 1);
@@ -230,8 +235,9 @@ TEST_F(Buzzer, SavesAChangedPreferenceAndTellsIt) {
 }
 
 TEST_F(Buzzer, TellsAndSavesNothingForAnUnchangedPreference) {
+    SignalCounter told; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
-    SignalCounter told(&buzzer, SIGNAL(buzzerState(bool)));
+    told.follow(&buzzer, SIGNAL(buzzerState(bool)));
     ASSERT_TRUE(QFile::remove(panelPaths().saved_settings));
     buzzer.setBuzzerEnabled(true);
     EXPECT_EQ(told.value(), 0);
@@ -248,9 +254,10 @@ TEST_F(Buzzer, ReadsThePreferenceOfThePanelFromSetting12) {
 TEST_F(Buzzer, LeavesSoundAndPreferenceToTheHostOnASimulator) {
     fakePlatform().x86_hmi = true;
     ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 0));
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
     EXPECT_TRUE(buzzer.isBuzzerEnabled()) << "as the host says";
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.makeSound(100, 440);
     const QList<QPair<int, int>> alarms = QList<QPair<int, int>>() << qMakePair(440, 100);
     EXPECT_EQ(fakePlatform().alarms, alarms) << "frequency first";
@@ -288,8 +295,9 @@ TEST_F(Buzzer, DividesItsClockIntoNotes) {
 
 TEST_F(Buzzer, StaysSilentWithoutADevice) {
     ASSERT_TRUE(QFile::remove(panelPaths().buzzer_device));
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     buzzer.makeSound(100, 440);
     done.waitFor(1);
     EXPECT_FALSE(QFile::exists(panelPaths().buzzer_device));
@@ -338,8 +346,9 @@ TEST_F(Buzzer, PlaysEverySoundOfManyCallers) {
 }
 
 TEST_F(Buzzer, LosesNoWakeUp) {
+    SignalCounter done; // outlives the buzzer's thread
     KBuzzer buzzer(running_clock);
-    SignalCounter done(&buzzer, SIGNAL(allWorkDone()));
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
     for (int sound = 0; sound < 500; ++sound) {
         const int before = done.value();
         buzzer.makeSound(1, 440); // falls anywhere into the thread's way back to its wait

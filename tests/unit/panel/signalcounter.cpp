@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-SignalCounter::SignalCounter(const QObject* sender, const char* signal) {
+void SignalCounter::follow(const QObject* sender, const char* signal) {
     connectChecked(sender, signal, this, SLOT(count()), Qt::DirectConnection);
 }
 

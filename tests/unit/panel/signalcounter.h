@@ -8,13 +8,17 @@
 #include <thread>
 #include <vector>
 
-/** Counts a signal that any thread emits: connect it directly to count(). */
+/** Counts a signal that any thread emits. A sender that emits on a thread of its
+ *  own ends before the counter. */
 class SignalCounter : public QObject {
     Q_OBJECT
 
 public:
-    /** Counts @p signal of @p sender, given by SIGNAL(). */
-    SignalCounter(const QObject* sender, const char* signal);
+    SignalCounter() = default;
+    SignalCounter(const QObject* sender, const char* signal) { follow(sender, signal); }
+
+    /** Counts @p signal of @p sender, given by SIGNAL(), from now on. */
+    void follow(const QObject* sender, const char* signal);
 
     int value() const;
     void waitFor(int count) const;
