@@ -40,8 +40,8 @@ struct TextSpan {
  *  endless line. */
 class CsvLines {
 public:
-    /** Characters of the longest text: 256 MiB of memory. */
-    static const qint64 MaxCharacters = 128 * 1024 * 1024;
+    /** Characters of the longest text: 512 MiB of memory. */
+    static const qint64 MaxCharacters = 256 * 1024 * 1024;
 
     /** Reads @p stream to its end, or gives up after MaxCharacters: a file can
      *  be far longer than the memory, or without an end. */

@@ -15,7 +15,7 @@ class QTextStream;
  *  right whatever the codec. Carriage returns are dropped wherever they stand.
  *  Time and memory are linear in the file's size. To keep that so, a file counts
  *  as one that cannot be opened if it is not a regular one, if it is longer than
- *  128 Mi characters, or if its short rows would be padded to the header's width
+ *  256 Mi characters, or if its short rows would be padded to the header's width
  *  with more than 4 Mi empty fields and more than 4 for each of its characters. */
 class PANEL_SERVICE KCSVLoader : public KCSVInterface {
     Q_OBJECT

@@ -148,6 +148,14 @@ TEST_F(CsvBadInput, ALineOfAHundredMegabytesIsReadInLinearTime) {
     EXPECT_EQ(loader.errorMessageList(), texts({"No content found in the imported file."}));
 }
 
+TEST_F(CsvBadInput, AMillionRowsOfTwentyFiveFieldsAreNotTooMuch) {
+    const QByteArray row = QByteArray("12345\t").repeated(24) + "12345\n";
+    writeRepeated("", row, Million, "");
+    EXPECT_TRUE(loader.openFile(path));
+    EXPECT_EQ(loader.m_content.size(), Million);
+    EXPECT_EQ(loader.m_content.last().size(), 25);
+}
+
 TEST_F(CsvBadInput, AnEndlessHeaderIsReadInLinearTime) {
     writeRepeated("", "x", 20 * Million, "\n1");
     EXPECT_FALSE(loader.openFile(path));
