@@ -21,8 +21,9 @@ using json = nlohmann::ordered_json;
 constexpr qint64 LARGEST_FILE = 1 << 20; // bytes; a full file has some 10,000
 constexpr int DEFAULT_COLUMNS = 80;
 
-/** Nothing, after a message, when the file cannot be read. */
-std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options) {
+/** Nothing, after a message, when the file cannot be read. @p count as in
+ *  checkRecipe(). */
+std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options, std::optional<int> count) {
     QFile file(options.file);
     if (!file.open(QIODevice::ReadOnly)) {
         printError(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
@@ -37,7 +38,7 @@ std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options) {
         printError(QString::fromLatin1("%1: too large for a program file").arg(options.file));
         return std::nullopt;
     }
-    return checkRecipe(content, options.count);
+    return checkRecipe(content, count);
 }
 
 /** "2 refused, 1 warning"; empty without any. */
@@ -181,7 +182,8 @@ bool drawPicture(const RecipeFileOptions& options, const RecipeProfile& profile)
 
 int runRecipeCheck(const Options& options) {
     const QString& name = options.recipe_file.file;
-    const std::optional<RecipeCheck> check = checkFile(options.recipe_file);
+    const std::optional<RecipeCheck> check =
+        checkFile(options.recipe_file, options.recipe_file.count);
     if (!check)
         return EXIT_COMMUNICATION;
     if (options.json) {
@@ -196,7 +198,7 @@ int runRecipeCheck(const Options& options) {
 
 int runRecipeShow(const Options& options) {
     const RecipeFileOptions& file_options = options.recipe_file;
-    const std::optional<RecipeCheck> check = checkFile(file_options);
+    const std::optional<RecipeCheck> check = checkFile(file_options, std::nullopt);
     if (!check)
         return EXIT_COMMUNICATION;
     const RecipeProfile profile = recipeProfile(

@@ -1,7 +1,5 @@
 #include "apps/dmc50ctl/recipefileoptions.h"
 
-#include "host/recipe/recipeformat.h"
-
 #include <CLI/CLI.hpp>
 
 namespace {
@@ -29,7 +27,8 @@ void addRecipeFileCommands(CLI::App& recipe, RawRecipeFileOptions& raw) {
     addFile(*check, raw);
     check
         ->add_option("--count", raw.count,
-                     "Programs that are to be transferred: fewer in the file are a finding")
+                     "Programs that are to be transferred, all 32 by default: fewer in the "
+                     "file are a finding")
         ->type_name("N")
         ->check(CLI::Range(1, RECIPE_PROGRAMS).description(""));
 

@@ -1,9 +1,10 @@
 #ifndef APPS_DMC50CTL_RECIPEFILEOPTIONS_H
 #define APPS_DMC50CTL_RECIPEFILEOPTIONS_H
 
+#include "host/recipe/recipeformat.h"
+
 #include <QString>
 
-#include <optional>
 #include <string>
 
 namespace CLI {
@@ -13,15 +14,15 @@ class App;
 /** What the recipe commands that need no controller are asked for. */
 struct RecipeFileOptions {
     QString file;
-    std::optional<int> count; // programs that the file should have
-    QString picture;          // file to draw into; empty: no picture
-    bool steps = false;       // set temperatures change at once
+    int count = RECIPE_PROGRAMS; // that a file to be checked should have
+    QString picture;             // file to draw into; empty: no picture
+    bool steps = false;          // set temperatures change at once
     bool ascii = false;
 };
 
 /** The same as it is written on the command line. */
 struct RawRecipeFileOptions {
-    std::optional<int> count;
+    int count = RECIPE_PROGRAMS;
     std::string file, picture;
     bool steps = false;
     bool ascii = false;

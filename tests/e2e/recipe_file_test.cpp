@@ -66,7 +66,7 @@ int pixelsOf(const QImage& picture, QRgb color) {
 } // namespace
 
 TEST(RecipeCheckCommand, PassesGoodFiles) {
-    const Ended sample = control({"recipe", "check", SAMPLE});
+    const Ended sample = control({"recipe", "check", SAMPLE, "--count", "14"});
     EXPECT_EQ(sample.status, 0);
     EXPECT_EQ(sample.output, SAMPLE + ": 14 programs, good\n");
     EXPECT_EQ(sample.errors, QString());
@@ -75,7 +75,7 @@ TEST(RecipeCheckCommand, PassesGoodFiles) {
 
 TEST(RecipeCheckCommand, ListsWhatTheDriverWouldRefuseAndWhatItWouldChange) {
     const ProgramFile file(replaced(contentOf(SAMPLE), "\t650\t", "\t6S0\t"));
-    const Ended refused = control({"recipe", "check", file.path()});
+    const Ended refused = control({"recipe", "check", file.path(), "--count", "14"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.output,
               file.path() +
@@ -91,7 +91,7 @@ TEST(RecipeCheckCommand, ListsWhatTheDriverWouldRefuseAndWhatItWouldChange) {
 
 TEST(RecipeCheckCommand, PrintsJson) {
     const ProgramFile file(replaced(contentOf(SAMPLE), "\t650\t", "\t6S0\t"));
-    const Ended ended = control({"recipe", "check", "--json", file.path()});
+    const Ended ended = control({"recipe", "check", "--json", "--count", "14", file.path()});
     EXPECT_EQ(ended.status, 1);
     const QJsonObject result = QJsonDocument::fromJson(ended.output.toUtf8()).object();
     EXPECT_EQ(result["good"].toBool(true), false);
@@ -111,15 +111,16 @@ TEST(RecipeCheckCommand, NeverTakesACutFileForTheWholeOne) {
     const int titles = template_file.indexOf(wide("\n")) + 2;
     const QByteArray whole = template_file.left(template_file.indexOf(wide("\n"), titles) + 2);
     ProgramFile file(whole);
-    ASSERT_EQ(control({"recipe", "check", file.path()}).output,
+    ASSERT_EQ(control({"recipe", "check", "--count", "1", file.path()}).output,
               file.path() + ": 1 program, good\n");
     for (const int size : {0, 1, 2, titles - 2, titles - 1, titles, titles + 1, whole.size() - 3,
                            whole.size() - 2, whole.size() - 1}) {
         file.write(whole.left(size));
-        EXPECT_EQ(control({"recipe", "check", file.path()}).status, 1) << size;
+        EXPECT_EQ(control({"recipe", "check", "--count", "1", file.path()}).status, 1) << size;
     }
     file.write(whole);
     EXPECT_EQ(control({"recipe", "check", "--count", "3", file.path()}).status, 1);
+    EXPECT_EQ(control({"recipe", "check", file.path()}).status, 1) << "cut behind a line";
 }
 
 TEST(RecipeCheckCommand, PassesWhatWasPulledFromAController) {
@@ -129,7 +130,7 @@ TEST(RecipeCheckCommand, PassesWhatWasPulledFromAController) {
         control({"--port", line.port(), "recipe", "pull", "4", "--stick", stick.path()});
     ASSERT_EQ(pulled.status, 0) << qPrintable(pulled.errors);
     const QString file = stick.filePath("PROG_4.txt");
-    const Ended ended = control({"recipe", "check", "--count", "32", file});
+    const Ended ended = control({"recipe", "check", file});
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(ended.output, file + ": 32 programs, good\n");
 }
