@@ -1,8 +1,8 @@
 // How much of a real line's time the driver leaves unused: the cycle time of
 // 1000 addresses on 4 stations at 38400 baud, beside what wire, turn-around and
 // frame pauses take at the least.
-#include "host/hostport.h"
-#include "host/portaddress.h"
+#include "host/line/hostport.h"
+#include "host/line/portaddress.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 #include "runtime/interfaces/communicatorcommand.h"
 #include "simulator/line.h"

@@ -1,10 +1,10 @@
 // How much longer than it must a pull of all 32 programs takes at 38400 baud: the
 // reading, from the panel's start request to the last program, without the file.
-#include "host/hostport.h"
-#include "host/portaddress.h"
-#include "runtime/drivers/dmc50v3/csvimexporter.h"
+#include "host/line/hostport.h"
+#include "host/line/portaddress.h"
 #include "runtime/drivers/dmc50v3/dmc50v3.h"
-#include "runtime/drivers/dmc50v3/programtable.h"
+#include "runtime/drivers/dmc50v3/transfer/csvimexporter.h"
+#include "runtime/drivers/dmc50v3/transfer/programtable.h"
 #include "runtime/interfaces/communicatorcommand.h"
 #include "simulator/line.h"
 #include "simulator/linetiming.h"

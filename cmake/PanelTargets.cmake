@@ -78,6 +78,13 @@ function(panel_room name)
   panel_moc(${name})
 endfunction()
 
+# What a program links that carries the driver, the panel's runtime libraries or
+# the host. Objects are not passed on by a room that uses another: a program
+# names all of them.
+set(PANEL_RUNTIME panel_services panel_base panel_interfaces)
+set(PANEL_DRIVER dmc50v3_transfer dmc50v3_core driver_polling driver_tools)
+set(PANEL_HOST panel_session panel_project panel_line panel_trace)
+
 # panel_test(NAME SOURCES... LIBRARIES ...): a GoogleTest program whose tests
 # are known to ctest one by one.
 function(panel_test name)

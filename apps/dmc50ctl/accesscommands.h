@@ -3,7 +3,7 @@
 
 #include "apps/dmc50ctl/target.h"
 #include "apps/dmc50ctl/valuetable.h"
-#include "host/panelsession.h"
+#include "host/session/panelsession.h"
 
 #include <atomic>
 

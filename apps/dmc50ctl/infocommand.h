@@ -2,8 +2,8 @@
 #define APPS_DMC50CTL_INFOCOMMAND_H
 
 #include "apps/dmc50ctl/options.h"
-#include "host/driverplugin.h"
-#include "host/project.h"
+#include "host/project/project.h"
+#include "host/session/driverplugin.h"
 
 /** Prints what the driver says of itself and, where there is one, what the
  *  project holds. Talks to no controller. */

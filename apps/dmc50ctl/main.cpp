@@ -3,8 +3,8 @@
 #include "apps/dmc50ctl/infocommand.h"
 #include "apps/dmc50ctl/recipefilecommands.h"
 #include "apps/dmc50ctl/silentline.h"
-#include "host/paneldirectory.h"
-#include "host/privatestick.h"
+#include "host/project/paneldirectory.h"
+#include "host/transfer/privatestick.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "apps/dmc50ctl/options.h"
 
-#include "host/portcodes.h"
-#include "host/spelling.h"
+#include "host/line/portcodes.h"
+#include "host/project/spelling.h"
 
 #include <CLI/CLI.hpp>
 

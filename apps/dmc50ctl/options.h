@@ -3,7 +3,7 @@
 
 #include "apps/dmc50ctl/recipefileoptions.h"
 #include "apps/dmc50ctl/recipeoptions.h"
-#include "host/tagvalue.h"
+#include "host/session/tagvalue.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 #define APPS_DMC50CTL_RECIPECOMMANDS_H
 
 #include "apps/dmc50ctl/target.h"
-#include "host/panelsession.h"
+#include "host/session/panelsession.h"
 #include "host/transfer/paneloperator.h"
 
 #include <atomic>

@@ -1,11 +1,11 @@
 #include "apps/dmc50ctl/target.h"
 
 #include "apps/dmc50ctl/recipecommands.h"
-#include "host/databasewriter.h"
-#include "host/paneldirectory.h"
-#include "host/portaddress.h"
-#include "host/projectcheck.h"
-#include "host/spelling.h"
+#include "host/line/portaddress.h"
+#include "host/project/databasewriter.h"
+#include "host/project/paneldirectory.h"
+#include "host/project/projectcheck.h"
+#include "host/project/spelling.h"
 
 #include <QDir>
 

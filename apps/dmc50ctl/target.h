@@ -2,7 +2,7 @@
 #define APPS_DMC50CTL_TARGET_H
 
 #include "apps/dmc50ctl/options.h"
-#include "host/project.h"
+#include "host/project/project.h"
 #include "host/transfer/recipejob.h"
 
 #include <QSet>

@@ -1,8 +1,8 @@
 #ifndef APPS_DMC50CTL_VALUETABLE_H
 #define APPS_DMC50CTL_VALUETABLE_H
 
-#include "host/linksession.h"
-#include "host/tagvalue.h"
+#include "host/session/linksession.h"
+#include "host/session/tagvalue.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -2,9 +2,9 @@
 #define APPS_DMC50DEMO_DEMONSTRATION_H
 
 #include "apps/dmc50demo/screen.h"
-#include "host/driverplugin.h"
-#include "host/panelsession.h"
-#include "host/project.h"
+#include "host/project/project.h"
+#include "host/session/driverplugin.h"
+#include "host/session/panelsession.h"
 #include "host/transfer/paneloperator.h"
 #include "simulator/line.h"
 

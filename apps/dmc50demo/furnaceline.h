@@ -1,7 +1,7 @@
 #ifndef APPS_DMC50DEMO_FURNACELINE_H
 #define APPS_DMC50DEMO_FURNACELINE_H
 
-#include "host/project.h"
+#include "host/project/project.h"
 #include "simulator/line.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 // Shows the driver at work on a simulated line: ./demo runs it.
 #include "apps/dmc50demo/demonstration.h"
-#include "host/privatestick.h"
+#include "host/transfer/privatestick.h"
 
 #include <CLI/CLI.hpp>
 

@@ -2,7 +2,7 @@
 #define APPS_DMC50DEMO_RECIPEACT_H
 
 #include "apps/dmc50demo/screen.h"
-#include "host/panelsession.h"
+#include "host/session/panelsession.h"
 #include "host/transfer/paneloperator.h"
 #include "host/transfer/recipejob.h"
 #include "simulator/line.h"

@@ -1,7 +1,7 @@
 #ifndef APPS_DMC50DEMO_SUMMARY_H
 #define APPS_DMC50DEMO_SUMMARY_H
 
-#include "host/linestatistics.h"
+#include "host/line/linestatistics.h"
 
 #include <QStringList>
 

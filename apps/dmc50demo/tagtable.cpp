@@ -1,6 +1,6 @@
 #include "apps/dmc50demo/tagtable.h"
 
-#include "host/tagvalue.h"
+#include "host/session/tagvalue.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #ifndef APPS_DMC50DEMO_TAGTABLE_H
 #define APPS_DMC50DEMO_TAGTABLE_H
 
-#include "host/panelsession.h"
+#include "host/session/panelsession.h"
 
 /** One line of the live table. */
 struct TagRow {

@@ -1,7 +1,7 @@
 #ifndef HOST_TRANSFER_RECIPESLOTS_H
 #define HOST_TRANSFER_RECIPESLOTS_H
 
-#include "host/project.h"
+#include "host/project/project.h"
 #include "host/recipe/recipeformat.h"
 
 /** Where a controller keeps its programs: double words from 0x1000, one program

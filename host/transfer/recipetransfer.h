@@ -1,7 +1,7 @@
 #ifndef HOST_TRANSFER_RECIPETRANSFER_H
 #define HOST_TRANSFER_RECIPETRANSFER_H
 
-#include "host/linksession.h"
+#include "host/session/linksession.h"
 
 #include <functional>
 

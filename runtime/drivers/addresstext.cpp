@@ -1,6 +1,6 @@
 #include "runtime/drivers/addresstext.h"
 
-#include "runtime/interfaces/fatal.h"
+#include "runtime/base/fatal.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "runtime/drivers/systemservices.h"
 
-#include "runtime/interfaces/clock.h"
+#include "runtime/base/clock.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_ABSTRACTBUZZERINTERFACE_H
 #define RUNTIME_PANEL_ABSTRACTBUZZERINTERFACE_H
 
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/panelservice.h"
 
 /** A buzzer as its users see it. The order of the operations is the order of
  *  the table of virtual functions; the destructor takes no slot, nobody deletes

@@ -1,6 +1,6 @@
 #include "runtime/panel/kdevice.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/interfaces/platform.h"
 #include "runtime/panel/armlinuxhmi.h"
 #include "runtime/panel/x86linuxhmi.h"

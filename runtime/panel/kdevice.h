@@ -1,8 +1,8 @@
 #ifndef RUNTIME_PANEL_KDEVICE_H
 #define RUNTIME_PANEL_KDEVICE_H
 
-#include "runtime/interfaces/clock.h"
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/clock.h"
+#include "runtime/base/panelservice.h"
 #include "runtime/panel/storagedevice.h"
 
 #include <QMutex>

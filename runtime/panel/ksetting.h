@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_KSETTING_H
 #define RUNTIME_PANEL_KSETTING_H
 
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/panelservice.h"
 #include "runtime/panel/framdevice.h"
 
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "runtime/panel/messagecenter.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/messagecenterlistwidget.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_MESSAGECENTER_H
 #define RUNTIME_PANEL_MESSAGECENTER_H
 
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/panelservice.h"
 
 #include <QColor>
 #include <QHash>

@@ -1,7 +1,7 @@
 // The message panel's entries and whose they are.
 #include "runtime/panel/messagecenter.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/messagecenteritemwidget.h"
 #include "runtime/panel/messagecenterlistwidget.h"
 

@@ -1,6 +1,6 @@
 #include "runtime/panel/messagecenteritemwidget.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/kbuzzer.h"
 
 #include <QHBoxLayout>

@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_MESSAGECENTERITEMWIDGET_H
 #define RUNTIME_PANEL_MESSAGECENTERITEMWIDGET_H
 
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/panelservice.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "runtime/panel/messagecenterlistwidget.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/qtguicompat.h"
 
 #include <QLabel>

@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_PLATFORMINTERFACE_H
 #define RUNTIME_PANEL_PLATFORMINTERFACE_H
 
-#include "runtime/interfaces/panelservice.h"
+#include "runtime/base/panelservice.h"
 #include "runtime/panel/storagedevice.h"
 
 #include <QObject>

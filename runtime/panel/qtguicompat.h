@@ -1,7 +1,7 @@
 #ifndef RUNTIME_PANEL_QTGUICOMPAT_H
 #define RUNTIME_PANEL_QTGUICOMPAT_H
 
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 #include <QPoint>
 #include <QWheelEvent>

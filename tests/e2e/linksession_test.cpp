@@ -2,10 +2,10 @@
 // dmc50ctl does not do, writing while other stations are kept fresh.
 #include "tests/e2e/programs.h"
 
-#include "host/paneldirectory.h"
-#include "host/panelsession.h"
-#include "host/projectreader.h"
-#include "host/tagvalue.h"
+#include "host/project/paneldirectory.h"
+#include "host/project/projectreader.h"
+#include "host/session/panelsession.h"
+#include "host/session/tagvalue.h"
 
 #include <gtest/gtest.h>
 

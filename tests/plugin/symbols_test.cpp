@@ -1,5 +1,5 @@
 // What the plug-in shows to the host's loader and what it wants of the host.
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 #include "tests/plugin/loadedplugin.h"
 
 #include <QProcess>

@@ -1,7 +1,7 @@
 #ifndef TESTS_SUPPORT_ACCELERATEDCLOCK_H
 #define TESTS_SUPPORT_ACCELERATEDCLOCK_H
 
-#include "runtime/interfaces/clock.h"
+#include "runtime/base/clock.h"
 
 #include <chrono>
 #include <thread>

@@ -1,7 +1,7 @@
 #ifndef TESTS_SUPPORT_FREECLOCK_H
 #define TESTS_SUPPORT_FREECLOCK_H
 
-#include "runtime/interfaces/clock.h"
+#include "runtime/base/clock.h"
 
 /** Pauses cost nothing: time is what has been slept. One thread. */
 class FreeClock : public Clock {

@@ -1,6 +1,6 @@
 // Every test program runs inside a Qt application, as the panel's runtime does:
 // signals across threads, SQL drivers and widgets need one.
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 #include <QApplication>
 

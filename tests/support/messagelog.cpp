@@ -1,6 +1,6 @@
 #include "tests/support/messagelog.h"
 
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 #include <QtDebug>
 

@@ -1,6 +1,6 @@
 #include "tests/support/notifier.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 
 Notifier::Notifier(const QObject& panel, Qt::ConnectionType type) {
     connectChecked(this, SIGNAL(notice(QString, QString, bool)), &panel,

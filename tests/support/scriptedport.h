@@ -1,8 +1,8 @@
 #ifndef TESTS_SUPPORT_SCRIPTEDPORT_H
 #define TESTS_SUPPORT_SCRIPTEDPORT_H
 
+#include "runtime/base/clock.h"
 #include "runtime/interfaces/abstractdeviceinterface.h"
-#include "runtime/interfaces/clock.h"
 
 #include <QList>
 #include <QMutex>

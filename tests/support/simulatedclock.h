@@ -1,7 +1,7 @@
 #ifndef TESTS_SUPPORT_SIMULATEDCLOCK_H
 #define TESTS_SUPPORT_SIMULATEDCLOCK_H
 
-#include "runtime/interfaces/clock.h"
+#include "runtime/base/clock.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,7 +1,7 @@
 #ifndef TESTS_SUPPORT_STORAGESIGNALS_H
 #define TESTS_SUPPORT_STORAGESIGNALS_H
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/platforminterface.h"
 
 #include <QStringList>

@@ -1,8 +1,8 @@
 #include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/checksums.h"
 #include "runtime/drivers/tools.h"
-#include "runtime/interfaces/fatal.h"
 
 namespace {
 

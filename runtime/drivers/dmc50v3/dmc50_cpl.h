@@ -1,5 +1,5 @@
-#ifndef DMC50V3_DMC50_CPL_H
-#define DMC50V3_DMC50_CPL_H
+#ifndef RUNTIME_DRIVERS_DMC50V3_DMC50_CPL_H
+#define RUNTIME_DRIVERS_DMC50V3_DMC50_CPL_H
 
 #include "runtime/drivers/addrarg.h"
 

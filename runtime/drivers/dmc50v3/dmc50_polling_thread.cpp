@@ -1,8 +1,8 @@
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 #include "runtime/interfaces/abstractdeviceinterface.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <algorithm>
 

@@ -1,13 +1,13 @@
-#ifndef DMC50V3_DMC50_POLLING_THREAD_H
-#define DMC50V3_DMC50_POLLING_THREAD_H
+#ifndef RUNTIME_DRIVERS_DMC50V3_DMC50_POLLING_THREAD_H
+#define RUNTIME_DRIVERS_DMC50V3_DMC50_POLLING_THREAD_H
 
-#include "runtime/drivers/dmc50v3/addressvector.h"
-#include "runtime/drivers/dmc50v3/commerror.h"
-#include "runtime/drivers/dmc50v3/dwordmap.h"
-#include "runtime/drivers/dmc50v3/readqueue.h"
+#include "runtime/base/clock.h"
 #include "runtime/drivers/dmc50v3/sessionaddresses.h"
-#include "runtime/drivers/dmc50v3/writequeue.h"
-#include "runtime/interfaces/clock.h"
+#include "runtime/drivers/polling/addressvector.h"
+#include "runtime/drivers/polling/commerror.h"
+#include "runtime/drivers/polling/dwordmap.h"
+#include "runtime/drivers/polling/readqueue.h"
+#include "runtime/drivers/polling/writequeue.h"
 
 #include <QMutex>
 #include <QThread>
@@ -138,6 +138,8 @@ private:
     void readRspToDataCacheMap(quint8 station_id, const quint32* addresses, int num_of_addresses);
     void readRspToReadOnceDataMap(quint8 station_id, const quint32* addresses,
                                   int num_of_addresses);
+    void storeReply(DWordMap& map, quint8 station_id, const quint32* addresses,
+                    int num_of_addresses);
     bool addrArgQueueToDMC50();
     bool sendBatch(quint8 station_id, const std::vector<AddrArg>& batch);
 

@@ -1,11 +1,11 @@
-#ifndef DMC50V3_DMC50V3_H
-#define DMC50V3_DMC50V3_H
+#ifndef RUNTIME_DRIVERS_DMC50V3_DMC50V3_H
+#define RUNTIME_DRIVERS_DMC50V3_DMC50V3_H
 
-#include "runtime/drivers/dmc50v3/addressvector.h"
-#include "runtime/interfaces/clock.h"
+#include "runtime/base/clock.h"
+#include "runtime/base/qtcompat.h"
+#include "runtime/drivers/polling/addressvector.h"
 #include "runtime/interfaces/communicatorcommand.h"
 #include "runtime/interfaces/driverinterface.h"
-#include "runtime/interfaces/qtcompat.h"
 
 #include <QList>
 #include <QMutex>

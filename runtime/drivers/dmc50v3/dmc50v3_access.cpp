@@ -1,10 +1,10 @@
 // How the host's reads and writes of tags become double words, and back.
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/addresssyntax.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 #include "runtime/drivers/dmc50v3/dmc50v3.h"
 #include "runtime/drivers/tools.h"
 #include "runtime/interfaces/abstractdeviceinterface.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <algorithm>
 

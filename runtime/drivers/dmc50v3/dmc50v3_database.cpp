@@ -1,9 +1,9 @@
 // What the driver learns from the panel project's database.
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/addresstext.h"
 #include "runtime/drivers/dmc50v3/dmc50v3.h"
 #include "runtime/drivers/dmc50v3/validaddresses.h"
 #include "runtime/drivers/projectdatabase.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <QDebug>
 #include <QSqlQuery>

@@ -1,8 +1,8 @@
 // How the polling thread sends a request and judges the reply.
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 #include "runtime/interfaces/abstractdeviceinterface.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <QVariant>
 

@@ -1,8 +1,8 @@
 // Stations marked for low latency: set up at start and every 9 minutes, checked
 // every 30 seconds until they report the expected value.
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
-#include "runtime/interfaces/fatal.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What callers ask of the polling thread, and how it serves their queues.
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/dmc50_cpl.h"
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <algorithm>
 
@@ -113,12 +113,22 @@ void PollingThread::fetchRun(quint8 station_id, const quint32* addresses, int co
 
 void PollingThread::readRspToDataCacheMap(quint8 station_id, const quint32* addresses,
                                           int num_of_addresses) {
-    m_data_cache.storeResponse(station_id, addresses, num_of_addresses, m_rsp_buf.data());
+    storeReply(m_data_cache, station_id, addresses, num_of_addresses);
 }
 
 void PollingThread::readRspToReadOnceDataMap(quint8 station_id, const quint32* addresses,
                                              int num_of_addresses) {
-    m_read_once.storeResponse(station_id, addresses, num_of_addresses, m_rsp_buf.data());
+    storeReply(m_read_once, station_id, addresses, num_of_addresses);
+}
+
+void PollingThread::storeReply(DWordMap& map, quint8 station_id, const quint32* addresses,
+                               int num_of_addresses) {
+    FATAL_CHECK(addresses != nullptr, "addresses != 0");
+    FATAL_CHECK(num_of_addresses > 0, "num_of_addresses > 0");
+    quint32 values[CPLMaxReadAddresses];
+    for (int i = 0; i < num_of_addresses; ++i)
+        values[i] = CPLResponseDWord(m_rsp_buf.data(), i);
+    map.store(station_id, addresses, values, num_of_addresses);
 }
 
 bool PollingThread::writeDWord(quint8 station_id, const AddrArg& arg) {

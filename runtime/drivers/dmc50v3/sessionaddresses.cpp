@@ -1,8 +1,8 @@
 #include "runtime/drivers/dmc50v3/sessionaddresses.h"
 
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/addresssyntax.h"
 #include "runtime/interfaces/communicatorcommand.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#ifndef DMC50V3_SESSIONADDRESSES_H
-#define DMC50V3_SESSIONADDRESSES_H
+#ifndef RUNTIME_DRIVERS_DMC50V3_SESSIONADDRESSES_H
+#define RUNTIME_DRIVERS_DMC50V3_SESSIONADDRESSES_H
 
-#include "runtime/drivers/dmc50v3/addressvector.h"
+#include "runtime/drivers/polling/addressvector.h"
 
 #include <QList>
 #include <QMutex>

@@ -1,7 +1,7 @@
 #include "runtime/drivers/dmc50v3/validaddresses.h"
 
+#include "runtime/base/fatal.h"
 #include "runtime/drivers/dmc50v3/addresssyntax.h"
-#include "runtime/interfaces/fatal.h"
 
 #include <algorithm>
 

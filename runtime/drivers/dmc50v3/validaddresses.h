@@ -1,7 +1,7 @@
-#ifndef DMC50V3_VALIDADDRESSES_H
-#define DMC50V3_VALIDADDRESSES_H
+#ifndef RUNTIME_DRIVERS_DMC50V3_VALIDADDRESSES_H
+#define RUNTIME_DRIVERS_DMC50V3_VALIDADDRESSES_H
 
-#include "runtime/drivers/dmc50v3/addressvector.h"
+#include "runtime/drivers/polling/addressvector.h"
 
 #include <QString>
 #include <QStringList>

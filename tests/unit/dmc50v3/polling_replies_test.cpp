@@ -107,3 +107,10 @@ TEST_F(PollingExchange, AGoodReplyWithTooFewValuesReadsTheRestAsZero) {
     ASSERT_TRUE(m_thread->getDWordFromDataCacheMap(1, 0x1001, value));
     EXPECT_EQ(value, 0u);
 }
+
+TEST_F(PollingExchangeDeath, AReplyWithoutAddressesEndsTheProgram) {
+    start();
+    const quint32 address = 1;
+    EXPECT_DEATH(m_probe->storeCached(nullptr, 1), "\"addresses != 0\"");
+    EXPECT_DEATH(m_probe->storeCached(&address, 0), "\"num_of_addresses > 0\"");
+}

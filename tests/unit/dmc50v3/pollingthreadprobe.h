@@ -22,6 +22,9 @@ public:
                                        1));
         return m_thread.checkWriteRsp(station_id, address);
     }
+    void storeCached(const quint32* addresses, int count) {
+        m_thread.readRspToDataCacheMap(1, addresses, count);
+    }
     void fetchReads() { m_thread.readAddrQueueMapToReadOnceDataMap(); }
     bool checkLowLatency() { return m_thread.checkLowLatency(); }
     void takeOverSession() { m_thread.takeOverSession(); }

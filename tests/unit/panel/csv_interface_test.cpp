@@ -8,7 +8,7 @@
 
 #include <cstring>
 
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 namespace {
 

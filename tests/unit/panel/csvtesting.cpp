@@ -1,6 +1,6 @@
 #include "tests/unit/panel/csvtesting.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 
 #include <QCoreApplication>
 #include <QSettings>

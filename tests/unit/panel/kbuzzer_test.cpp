@@ -1,6 +1,6 @@
 #include "runtime/panel/kbuzzer.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 #include "runtime/panel/ksetting.h"
 #include "runtime/panel/panelpaths.h"
 #include "tests/support/fakeplatform.h"

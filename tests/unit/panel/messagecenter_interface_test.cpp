@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/interfaces/qtcompat.h"
+#include "runtime/base/qtcompat.h"
 
 const QRect dock_area(100, 200, 300, 100);
 const QSize panel_size(250, 200);

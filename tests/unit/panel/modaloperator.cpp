@@ -1,6 +1,6 @@
 #include "tests/unit/panel/modaloperator.h"
 
-#include "runtime/interfaces/connectchecked.h"
+#include "runtime/base/connectchecked.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,9 +1,9 @@
 // What the check says of a program file is what the driver makes of it.
 #include "host/recipe/recipecheck.h"
-#include "runtime/drivers/dmc50v3/programtable.h"
+#include "runtime/drivers/dmc50v3/transfer/programtable.h"
 #include "runtime/panel/kcsvloader.h"
 #include "tests/support/goldenprograms.h"
-#include "tests/unit/host/recipecontent.h"
+#include "tests/unit/recipe/recipecontent.h"
 
 #include <QBuffer>
 #include <QTextStream>

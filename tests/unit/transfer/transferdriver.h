@@ -1,7 +1,7 @@
 #ifndef TESTS_UNIT_TRANSFER_TRANSFERDRIVER_H
 #define TESTS_UNIT_TRANSFER_TRANSFERDRIVER_H
 
-#include "tests/unit/host/scripteddriver.h"
+#include "tests/unit/session/scripteddriver.h"
 
 #include <QVector>
 #include <QtEndian>

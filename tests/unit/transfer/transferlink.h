@@ -1,8 +1,8 @@
 #ifndef TESTS_UNIT_TRANSFER_TRANSFERLINK_H
 #define TESTS_UNIT_TRANSFER_TRANSFERLINK_H
 
-#include "host/linksession.h"
-#include "tests/unit/host/scriptedchannel.h"
+#include "host/session/linksession.h"
+#include "tests/unit/line/scriptedchannel.h"
 #include "tests/unit/transfer/transferdriver.h"
 
 #include <memory>

@@ -1,0 +1,29 @@
+#ifndef HOST_LINE_TCPCHANNEL_H
+#define HOST_LINE_TCPCHANNEL_H
+
+#include "host/line/descriptorchannel.h"
+
+struct addrinfo;
+
+/** A TCP serial server that passes bytes through as they are. */
+class TcpChannel : public DescriptorChannel {
+public:
+    TcpChannel(const QString& host, quint16 port);
+    ~TcpChannel() override;
+
+    /** Tries every address of the host, CONNECT_TIMEOUT_MS each. */
+    bool open() override;
+    void close() override;
+
+    static constexpr int CONNECT_TIMEOUT_MS = 3000;
+
+private:
+    bool connectTo(const addrinfo& address);
+    bool awaitConnection();
+    ssize_t put(const char* buffer, size_t length) override;
+
+    const QByteArray m_host;
+    const QByteArray m_port;
+};
+
+#endif

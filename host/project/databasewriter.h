@@ -1,0 +1,15 @@
+#ifndef HOST_PROJECT_DATABASEWRITER_H
+#define HOST_PROJECT_DATABASEWRITER_H
+
+#include "host/project/project.h"
+
+/** The database's place inside a panel directory; the driver's choice. */
+constexpr char DATABASE_FILE[] = "compile/database/database";
+
+/** Writes the project's database, which the driver reads, into the panel
+ *  directory @p panel_directory, making folders as needed. The old database is
+ *  replaced in one step when the new one is complete and on the disk, and stays
+ *  as it is otherwise. Returns false with the reason in @p problem. */
+bool writeDatabase(const Project& project, const QString& panel_directory, QString& problem);
+
+#endif

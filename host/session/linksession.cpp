@@ -1,0 +1,266 @@
+#include "host/session/linksession.h"
+
+#include "trace/frametrace.h"
+
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 DRIVER_TIMEOUT_MS = 3000; // the driver's shortest patience per attempt
+constexpr int FRAME_ADDRESSES = 50;        // that the driver reads with one request
+constexpr qint64 ERROR_GRACE_MS = 200;     // for a failure's text to show up
+
+const char INTERRUPTED[] = "interrupted";
+
+/** The station that a driver's error text names; 0: none. */
+int stationIn(const QString& error) {
+    static const QRegularExpression station_id(QStringLiteral("station id#(\\d+)"));
+    return station_id.match(error).captured(1).toInt();
+}
+
+/** Requests that the driver needs to read all of @p tags, at most. */
+quint64 scanFrames(const QVector<TagDefinition>& tags) {
+    QMap<int, int> dwords; // by station
+    for (const TagDefinition& tag : tags)
+        dwords[tag.station] += tag.dwords();
+    quint64 frames = 0;
+    for (const int count : std::as_const(dwords))
+        frames += quint64((count + FRAME_ADDRESSES - 1) / FRAME_ADDRESSES);
+    return frames;
+}
+
+} // namespace
+
+/** What is seen of the driver while a write is on its way. */
+struct LinkSession::Watch {
+    int station = 0;     // that is written to
+    QString error;       // the last one seen
+    QString write_error; // the last one seen about a write to the station
+    qint64 deadline = 0; // the clock's time, ms
+};
+
+LinkSession::LinkSession(std::unique_ptr<HostPort> port, std::unique_ptr<DriverInterface> driver,
+                         Clock& clock)
+    : m_clock(clock), m_port(std::move(port)), m_driver(std::move(driver)) {}
+
+LinkSession::~LinkSession() {
+    cancel();
+}
+
+void LinkSession::cancel() {
+    m_cancelled = true;
+    m_port->cancel();
+}
+
+void LinkSession::poll(const QVector<TagDefinition>& tags) {
+    m_polled = tags;
+    m_first_scan_due = scanFrames(tags) > 0;
+    setSession(tags);
+}
+
+/** The driver takes a session's counts for double words, and only here takes the
+ *  station from the address. */
+void LinkSession::setSession(const QVector<TagDefinition>& tags) {
+    QList<CommunicatorCommand> commands;
+    QSet<int> stations;
+    for (const TagDefinition& tag : tags) {
+        if (tag.address.kind != AddressKind::Data)
+            continue;
+        commands.append(
+            CommunicatorCommand(QString::fromLatin1("%1-%2").arg(tag.station).arg(tag.address.text),
+                                CommunicatorCommand::DoubleWord, tag.dwords()));
+        stations.insert(tag.station);
+    }
+    if (commands.isEmpty())
+        return; // the driver ignores an empty list
+    m_driver->setSessionCommand(commands);
+    m_session_stations = stations;
+}
+
+qint64 LinkSession::patienceMsecs() const {
+    const qint64 timeout = m_port->responseTimeout();
+    return std::max(DRIVER_TIMEOUT_MS, timeout) * (m_port->retryCount() + 1);
+}
+
+QString LinkSession::failureText(int station) {
+    Watch watch;
+    watch.deadline = m_clock.msecsSinceBoot() + ERROR_GRACE_MS;
+    while (tick(watch) && watch.error.isEmpty()) {
+    }
+    if (m_cancelled)
+        return QLatin1String(INTERRUPTED);
+    const QString own = stationError(station);
+    if (!own.isEmpty() || !watch.error.isEmpty())
+        return own.isEmpty() ? watch.error : own;
+    return QString::fromLatin1("no value from station %1").arg(station);
+}
+
+TagResult LinkSession::read(const TagDefinition& tag) {
+    if (m_cancelled)
+        return {QByteArray(), QLatin1String(INTERRUPTED)};
+    m_port->setStationId(tag.station);
+    const QByteArray data = m_driver->read(m_port.get(), tag.command());
+    if (data.isEmpty())
+        return {data, failureText(tag.station)};
+    return {data, QString()};
+}
+
+QVector<TagResult> LinkSession::readAll(const QVector<TagDefinition>& tags) {
+    QVector<TagResult> results;
+    QMap<int, QString> failed_stations;
+    for (const TagDefinition& tag : tags) {
+        const auto failed = failed_stations.constFind(tag.station);
+        if (failed != failed_stations.constEnd()) {
+            results.append({QByteArray(), *failed});
+            continue;
+        }
+        results.append(read(tag));
+        awaitFirstScan(); // the first reading has started the driver's thread
+        if (!results.last().ok())
+            failed_stations.insert(tag.station, results.last().error);
+    }
+    return results;
+}
+
+int LinkSession::waitingWrites(int station) {
+    m_port->setStationId(station);
+    const QByteArray data =
+        m_driver->read(m_port.get(), CommunicatorCommand(QStringLiteral("WRITE_QUE_SIZE0"),
+                                                         CommunicatorCommand::Word, 1));
+    return data.size() < 2 ? 0 : qFromLittleEndian<quint16>(data.constData());
+}
+
+QString LinkSession::lookForError() {
+    if (!m_driver->hasError())
+        return QString();
+    const QString text = m_driver->getLastError();
+    m_errors[stationIn(text)] = {text, trace::monotonicMicroseconds()};
+    return text;
+}
+
+QString LinkSession::stationError(int station) const {
+    const auto seen = m_errors.constFind(station);
+    if (seen == m_errors.constEnd() || m_port->lastGoodReplyUsecs(station) > seen->usecs)
+        return QString();
+    return seen->text;
+}
+
+qint64 LinkSession::stationAgeMsecs(int station) const {
+    const qint64 answered = m_port->lastGoodReplyUsecs(station);
+    return answered < 0 ? -1 : (trace::monotonicMicroseconds() - answered) / 1000;
+}
+
+/** Lets time pass, looks for an error; false when the waiting is over. */
+bool LinkSession::tick(Watch& watch) {
+    const QString error = lookForError();
+    if (!error.isEmpty())
+        watch.error = error;
+    if (error.startsWith(QLatin1String("write ")) && stationIn(error) == watch.station)
+        watch.write_error = error;
+    if (m_cancelled || m_clock.msecsSinceBoot() >= watch.deadline)
+        return false;
+    m_clock.sleepMsecs(LOOK_INTERVAL_MS);
+    return true;
+}
+
+/** While the link is in error the driver takes a write, drops it and reports
+ *  success, whichever station the error is of. So one is made only when there is
+ *  none, and, with @p must_answer, when @p station has answered: that is how the
+ *  end of the last request to another station is seen, which might still fail. */
+bool LinkSession::awaitTurn(int station, bool must_answer, QString& error) {
+    const qint64 last_reply = m_port->lastGoodReplyUsecs(station);
+    if (must_answer)
+        waitingWrites(station); // for its side effect: it starts the driver's thread
+    Watch watch;
+    watch.deadline = m_clock.msecsSinceBoot() + 2 * patienceMsecs(); // another station's, its own
+    const auto is_answered = [&] { return m_port->lastGoodReplyUsecs(station) != last_reply; };
+    while (m_driver->hasError() || (must_answer && !is_answered())) {
+        if (tick(watch))
+            continue;
+        if (m_cancelled)
+            error = QLatin1String(INTERRUPTED);
+        else if (m_driver->hasError())
+            error = watch.error;
+        return error.isEmpty();
+    }
+    return true;
+}
+
+bool LinkSession::awaitDrained(int station, Watch& watch) {
+    int least = waitingWrites(station);
+    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    for (int waiting = least; waiting > 0; waiting = waitingWrites(station)) {
+        if (waiting < least)
+            watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+        least = std::min(least, waiting);
+        if (!tick(watch))
+            return false;
+    }
+    return true;
+}
+
+/** Waits until every address of @p tags, which are polled, has been read again
+ *  after a write that was the last in the queue: one request may still be the
+ *  write itself, and the last reading is complete when a further request goes
+ *  out. */
+void LinkSession::awaitScan(const QVector<TagDefinition>& tags, Watch& watch) {
+    const quint64 enough = m_port->statistics().requests + 1 + scanFrames(tags) + 1;
+    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    while (m_port->statistics().requests < enough && tick(watch)) {
+    }
+}
+
+/** A tag that the driver does not have yet costs a request of its own. */
+void LinkSession::awaitFirstScan() {
+    if (!m_first_scan_due)
+        return;
+    m_first_scan_due = false;
+    const quint64 enough = m_port->statistics().requests + scanFrames(m_polled) + 1;
+    Watch watch;
+    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    while (m_port->statistics().requests < enough && watch.error.isEmpty() && tick(watch)) {
+    }
+}
+
+TagResult LinkSession::checkedWrite(const TagDefinition& tag, const QByteArray& data,
+                                    bool must_read_back) {
+    Watch watch;
+    watch.station = tag.station;
+    if (awaitDrained(tag.station, watch))
+        awaitScan({tag}, watch);
+    TagResult result = read(tag);
+    if (result.ok() && result.data == data)
+        return result; // also when a first attempt failed
+    const bool differs = result.ok() && must_read_back;
+    if (!m_cancelled && !watch.write_error.isEmpty())
+        result.error = watch.write_error;
+    else if (differs)
+        result.error = QStringLiteral("the controller shows another value");
+    return result;
+}
+
+TagResult LinkSession::hand(const TagDefinition& tag, const QByteArray& data) {
+    m_port->setStationId(tag.station);
+    if (m_driver->write(m_port.get(), tag.command(), data))
+        return {};
+    return {QByteArray(), failureText(tag.station)};
+}
+
+TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
+                             bool must_read_back) {
+    if (m_cancelled)
+        return {QByteArray(), QLatin1String(INTERRUPTED)};
+    if (tag.address.kind != AddressKind::Data)
+        return hand(tag, data); // whatever the state of the line
+    const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();
+    setSession({tag});
+    const auto restored = qScopeGuard([this] { setSession(m_polled); });
+    TagResult result;
+    if (awaitTurn(tag.station, others_polled, result.error))
+        result = hand(tag, data);
+    return result.ok() ? checkedWrite(tag, data, must_read_back) : result;
+}

@@ -1,0 +1,40 @@
+#ifndef HOST_SESSION_TAGVALUE_H
+#define HOST_SESSION_TAGVALUE_H
+
+#include "host/project/project.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+/** A tag's bytes as people read and write them. The bytes are as the driver has
+ *  them: elements one after the other, least significant byte first, bits from
+ *  bit 0 of byte 0 upwards. */
+
+enum class ValueFormat {
+    Natural, // as the tag's type says: decimal, signed or not, or floating
+    Hex,     // "0x" and two digits a byte
+    Dec,     // decimal, signed only where the type is
+    Bits,    // "0b" and a digit a bit
+    Float    // 32-bit elements as floating; others as Natural
+};
+
+/** "hex", "dec", "bits", "float". */
+std::optional<ValueFormat> valueFormatByName(const QString& name);
+QStringList valueFormatNames();
+
+/** The elements of @p data, tag.count of them where it is complete. */
+QStringList formatElements(const TagDefinition& tag, const QByteArray& data, ValueFormat format);
+
+/** The elements on one line: separated by blanks, bits as one run of digits in
+ *  the order of their numbers. */
+QString formatValue(const TagDefinition& tag, const QByteArray& data, ValueFormat format);
+
+/** Bytes of @p text: as many elements as the tag has, separated by commas, each
+ *  decimal, hexadecimal ("0x1f") or binary ("0b101"), or, for the type float, a
+ *  number with a fraction. On failure @p problem says what is wrong and what
+ *  would be right. */
+std::optional<QByteArray> parseValue(const TagDefinition& tag, const QString& text,
+                                     QString& problem);
+
+#endif

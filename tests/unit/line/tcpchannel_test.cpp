@@ -1,0 +1,128 @@
+#include "host/line/tcpchannel.h"
+
+#include "host/line/portaddress.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+
+namespace {
+
+constexpr int LONG_WAIT_MS = 30000; // a test that waits for it has failed
+
+class TcpChannelTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(m_server.listen(QHostAddress::LocalHost)); }
+
+    QTcpSocket* accept() {
+        return m_server.waitForNewConnection(LONG_WAIT_MS) ? m_server.nextPendingConnection()
+                                                           : nullptr;
+    }
+
+    QTcpServer m_server; // owns the accepted sockets
+};
+
+} // namespace
+
+TEST_F(TcpChannelTest, CarriesBytesBothWays) {
+    TcpChannel channel(QStringLiteral("127.0.0.1"), m_server.serverPort());
+    ASSERT_TRUE(channel.open()) << qPrintable(channel.lastError());
+    QTcpSocket* peer = accept();
+    ASSERT_TRUE(peer);
+
+    ASSERT_TRUE(channel.write("ask\r\n", 5, LONG_WAIT_MS));
+    ASSERT_TRUE(peer->waitForReadyRead(LONG_WAIT_MS));
+    EXPECT_EQ(peer->readAll(), QByteArray("ask\r\n"));
+
+    peer->write("answer");
+    ASSERT_TRUE(peer->waitForBytesWritten(LONG_WAIT_MS));
+    char buffer[16];
+    ASSERT_EQ(channel.read(buffer, sizeof buffer, LONG_WAIT_MS), 6);
+    EXPECT_EQ(QByteArray(buffer, 6), QByteArray("answer"));
+}
+
+TEST_F(TcpChannelTest, ReportsAPeerThatCloses) {
+    TcpChannel channel(QStringLiteral("localhost"), m_server.serverPort());
+    ASSERT_TRUE(channel.open());
+    QTcpSocket* peer = accept();
+    ASSERT_TRUE(peer);
+    peer->close();
+    char byte;
+    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), -1);
+    EXPECT_EQ(channel.lastError(), QStringLiteral("the other end has closed the line"));
+}
+
+TEST_F(TcpChannelTest, SurvivesWritesToAPeerThatIsGone) {
+    TcpChannel channel(QStringLiteral("127.0.0.1"), m_server.serverPort());
+    ASSERT_TRUE(channel.open());
+    delete accept();
+    m_server.close();
+    // The first write may still be taken; its reset makes a later one fail.
+    bool taken = true;
+    for (int i = 0; i < 1000 && taken; ++i) {
+        taken = channel.write("x", 1, LONG_WAIT_MS);
+        std::this_thread::yield();
+    }
+    EXPECT_FALSE(taken);
+}
+
+TEST_F(TcpChannelTest, SaysWhenNobodyListens) {
+    const quint16 port = m_server.serverPort();
+    m_server.close();
+    TcpChannel channel(QStringLiteral("127.0.0.1"), port);
+    EXPECT_FALSE(channel.open());
+    EXPECT_EQ(channel.lastError(), QStringLiteral("Connection refused"));
+}
+
+TEST_F(TcpChannelTest, SaysWhenTheHostIsUnknown) {
+    TcpChannel channel(QStringLiteral("no-such-host.invalid"), 4001);
+    EXPECT_FALSE(channel.open());
+    EXPECT_FALSE(channel.lastError().isEmpty());
+}
+
+TEST_F(TcpChannelTest, CancelEndsAWaitAtOnce) {
+    TcpChannel channel(QStringLiteral("127.0.0.1"), m_server.serverPort());
+    ASSERT_TRUE(channel.open());
+    std::thread canceller([&] { channel.cancel(); });
+    char byte;
+    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), 0);
+    canceller.join();
+    EXPECT_FALSE(channel.open()) << "a cancelled channel is of no use";
+}
+
+TEST(PortAddress, TellsDevicesFromSerialServers) {
+    QString problem;
+    EXPECT_EQ(parsePortAddress(QStringLiteral("/dev/pts/5"), problem)->path,
+              QStringLiteral("/dev/pts/5"));
+    const auto server = parsePortAddress(QStringLiteral("tcp://10.0.0.7:4001"), problem);
+    ASSERT_TRUE(server);
+    EXPECT_EQ(server->host, QStringLiteral("10.0.0.7"));
+    EXPECT_EQ(server->port, 4001);
+    EXPECT_EQ(parsePortAddress(QStringLiteral("tcp://[::1]:4001"), problem)->host,
+              QStringLiteral("::1"));
+}
+
+TEST(PortAddress, RefusesWhatIsNeitherAndSaysWhatWouldBeRight) {
+    for (const char* text : {"", "ttyUSB0", "tcp://10.0.0.7", "tcp://:4001", "tcp://h:99999",
+                             "http://h:80", "tcp://h:4001/x"}) {
+        QString problem;
+        EXPECT_FALSE(parsePortAddress(QString::fromLatin1(text), problem)) << text;
+        EXPECT_EQ(problem, QStringLiteral("'%1' is not a port; write a device such as /dev/ttyUSB0 "
+                                          "or a serial server such as tcp://192.168.0.7:4001")
+                               .arg(QString::fromLatin1(text)));
+    }
+}
+
+TEST(PortAddress, NamesTheChannelAsTheOperatorDoes) {
+    const DeviceSetting setting(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
+    for (const char* text : {"/dev/ttyUSB0", "tcp://10.0.0.7:4001", "tcp://[::1]:4001"}) {
+        QString problem;
+        const auto address = parsePortAddress(QString::fromLatin1(text), problem);
+        ASSERT_TRUE(address);
+        EXPECT_EQ(makeChannel(*address, setting)->name(), QString::fromLatin1(text));
+    }
+}

@@ -1,0 +1,11 @@
+#include "host/transfer/privatestick.h"
+
+#include <gtest/gtest.h>
+
+TEST(PrivateStickTest, WantsAFolder) {
+    QString problem;
+    EXPECT_FALSE(mountPrivateStick(QStringLiteral("/nowhere"), problem));
+    EXPECT_EQ(problem, QStringLiteral("/nowhere: no such folder"));
+    EXPECT_FALSE(mountPrivateStick(QStringLiteral("/dev/null"), problem));
+    EXPECT_EQ(problem, QStringLiteral("/dev/null: no such folder"));
+}
