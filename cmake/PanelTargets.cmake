@@ -48,6 +48,59 @@ if(PANEL_SANITIZE MATCHES "undefined")
   target_compile_options(panel_foreign_objects INTERFACE -fno-sanitize=vptr)
 endif()
 
+# panel_precompiled(TARGET NAME [LINKED...]): lets a target take the headers that
+# most sources include from a precompiled file, which is made once for all
+# targets of the same NAME: they share language and code options. The lints
+# compile without it, so that a source that forgets an include is still noticed.
+set(PANEL_PRECOMPILE_test_headers <gtest/gtest.h>)
+function(panel_precompiled target name)
+  if(NOT PANEL_PRECOMPILE)
+    return()
+  endif()
+  if(NOT TARGET ${name})
+    file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/${name}.cpp CONTENT "")
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+    foreach(property CXX_STANDARD CXX_VISIBILITY_PRESET VISIBILITY_INLINES_HIDDEN)
+      get_target_property(value ${target} ${property})
+      if(value)
+        set_target_properties(${name} PROPERTIES ${property} ${value})
+      endif()
+    endforeach()
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "EXECUTABLE")
+      set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+      target_compile_options(${name} PRIVATE -fPIE)
+    endif()
+    target_link_libraries(${name} PRIVATE panel_options panel_qt_core ${ARGN})
+    target_precompile_headers(
+      ${name}
+      PRIVATE
+      <QByteArray>
+      <QDebug>
+      <QDir>
+      <QFile>
+      <QHash>
+      <QList>
+      <QMap>
+      <QMutex>
+      <QObject>
+      <QString>
+      <QStringList>
+      <QThread>
+      <QVariant>
+      <algorithm>
+      <atomic>
+      <functional>
+      <map>
+      <memory>
+      <set>
+      <string>
+      <vector>
+      ${PANEL_PRECOMPILE_${name}})
+  endif()
+  target_precompile_headers(${target} REUSE_FROM ${name})
+endfunction()
+
 # panel_moc(TARGET): runs moc over the target's headers. Its own dependencies do
 # not tell it that a configured build folder got a new header, so every
 # configuring makes it look again.
@@ -76,6 +129,7 @@ function(panel_room name)
                CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON)
   panel_moc(${name})
+  panel_precompiled(${name} room_headers_${ROOM_STANDARD})
 endfunction()
 
 # What a program links that carries the driver, the panel's runtime libraries or
@@ -96,6 +150,7 @@ function(panel_test name)
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} test_support panel_options)
   set_target_properties(${name} PROPERTIES CXX_STANDARD 17 AUTORCC ON)
   panel_moc(${name})
+  panel_precompiled(${name} test_headers GTest::gtest)
   gtest_discover_tests(
     ${name}
     DISCOVERY_MODE PRE_TEST
