@@ -27,8 +27,6 @@ bool isTag(const CommunicatorCommand& command, const char* tag) {
 CSVImExporter::CSVImExporter(QObject* parent, TransferEnvironment& environment)
     : QObject(parent)
     , m_environment(environment)
-    , m_driver(nullptr)
-    , m_device(nullptr)
     , m_writing_enable(false)
     , m_reading_enable(false)
     , m_writing_error(false)
@@ -60,8 +58,7 @@ void CSVImExporter::setRcpDataCommandAddrList(const QStringList& addresses) {
 
 void CSVImExporter::setDriverDMC50v3_DeviceInterface(DriverDMC50v3* driver,
                                                      AbstractDeviceInterface* port) {
-    m_driver = driver;
-    m_device = port;
+    m_driver.attach(driver, port);
     moveToThread(m_thread);
     // Emitted by the driver's caller, so the slots run queued in m_thread.
     connectChecked(this, SIGNAL(readDataFromDMC50Signal()), this, SLOT(readDataFromDMC50Slot()));
@@ -70,11 +67,11 @@ void CSVImExporter::setDriverDMC50v3_DeviceInterface(DriverDMC50v3* driver,
 }
 
 void CSVImExporter::detachDriver() {
-    m_driver_gate.close();
+    m_driver.detach();
 }
 
 void CSVImExporter::waitForDriverCalls() {
-    m_driver_gate.waitUntilEmpty();
+    m_driver.waitForCalls();
 }
 
 void CSVImExporter::processWriteCommand(const CommunicatorCommand& command,
@@ -129,7 +126,7 @@ void CSVImExporter::writeDataToDMC50() {
 void CSVImExporter::readDataFromDMC50() {
     if (m_reading_enable)
         return;
-    setProgramReading(true);
+    m_driver.setProgramReading(true);
     emit readDataFromDMC50Signal();
 }
 

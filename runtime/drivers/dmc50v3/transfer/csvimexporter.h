@@ -1,8 +1,8 @@
 #ifndef RUNTIME_DRIVERS_DMC50V3_TRANSFER_CSVIMEXPORTER_H
 #define RUNTIME_DRIVERS_DMC50V3_TRANSFER_CSVIMEXPORTER_H
 
+#include "runtime/drivers/dmc50v3/transfer/detachabledriver.h"
 #include "runtime/drivers/dmc50v3/transfer/transferenvironment.h"
-#include "runtime/drivers/polling/drivergate.h"
 #include "runtime/interfaces/communicatorcommand.h"
 
 #include <QList>
@@ -13,8 +13,6 @@
 #include <atomic>
 #include <memory>
 
-class AbstractDeviceInterface;
-class DriverDMC50v3;
 class KCSVLoader;
 class KCSVSaver;
 class NarrowCodecScope;
@@ -149,16 +147,8 @@ private:
     void watchWriteQueue();
     bool isWriteQueueStuck();
 
-    // Calls of the driver, which may have gone.
-    QByteArray readProgram(const CommunicatorCommand& command);
-    bool writeProgram(const CommunicatorCommand& command, const QByteArray& image);
-    bool readWriteQueueSize(quint32& size);
-    void setProgramReading(bool reading);
-
-    TransferEnvironment& m_environment; // constant after construction, as are the two below
-    DriverDMC50v3* m_driver;            // not owned; only inside a pass of m_driver_gate
-    AbstractDeviceInterface* m_device;  // not owned; likewise
-    DriverGate m_driver_gate;
+    TransferEnvironment& m_environment; // constant after construction
+    DetachableDriver m_driver;
 
     std::unique_ptr<KCSVLoader> m_csv_loader; // worker thread, made on first use
     std::unique_ptr<KCSVSaver> m_csv_saver;   // likewise

@@ -27,7 +27,7 @@ void CSVImExporter::readDataFromDMC50Slot() {
     if (!ok) {
         pause(NoStickMsecs);
         m_reading_enable = false;
-        setProgramReading(false);
+        m_driver.setProgramReading(false);
         return;
     }
     if (!m_csv_saver)
@@ -42,7 +42,7 @@ void CSVImExporter::readDataFromDMC50Slot() {
     }
     m_environment.callLater(is_template ? TemplateShownMsecs : ReadShownMsecs, this,
                             SLOT(resetReadingFlag()));
-    setProgramReading(false);
+    m_driver.setProgramReading(false);
 }
 
 void CSVImExporter::savePrograms(const NarrowCodecScope& codec, const QString& path) {
@@ -77,8 +77,8 @@ CSVImExporter::ReadEnd CSVImExporter::readPrograms(const NarrowCodecScope& codec
         const CommunicatorCommand& command = m_read_write_command_list.at(number - 1);
         if (!isRegistered(command))
             continue;
-        const QByteArray image = readProgram(command);
-        if (m_driver_gate.isClosed())
+        const QByteArray image = m_driver.readProgram(command);
+        if (m_driver.isGone())
             return DriverGone;
         if (m_environment.clock().msecsSinceBoot() - start > SlowestReadMsecs) {
             errors.append(QString::fromLatin1("Reading Data Timeout,Please check the communication "

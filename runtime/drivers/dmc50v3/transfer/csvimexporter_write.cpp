@@ -72,7 +72,7 @@ void CSVImExporter::writePrograms(const QList<QByteArray>& images) {
     initReadWriteCommandList();
     for (int i = 0; i < images.size(); ++i) {
         const CommunicatorCommand& command = m_read_write_command_list.at(i);
-        if (isRegistered(command) && !writeProgram(command, images.at(i)))
+        if (isRegistered(command) && !m_driver.writeProgram(command, images.at(i)))
             return;
     }
 }
@@ -90,8 +90,8 @@ bool CSVImExporter::isWriteQueueStuck() {
     DrainWatch watch;
     quint32 initial = 0;
     quint32 left = 0;
-    readWriteQueueSize(initial);
-    while (readWriteQueueSize(left)) {
+    m_driver.readWriteQueueSize(initial);
+    while (m_driver.readWriteQueueSize(left)) {
         if (left == 0) {
             m_writing_progress = 100;
             return false;
