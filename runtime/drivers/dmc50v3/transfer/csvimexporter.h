@@ -2,7 +2,11 @@
 #define RUNTIME_DRIVERS_DMC50V3_TRANSFER_CSVIMEXPORTER_H
 
 #include "runtime/drivers/dmc50v3/transfer/detachabledriver.h"
+#include "runtime/drivers/dmc50v3/transfer/programslots.h"
+#include "runtime/drivers/dmc50v3/transfer/programstick.h"
+#include "runtime/drivers/dmc50v3/transfer/transferdirection.h"
 #include "runtime/drivers/dmc50v3/transfer/transferenvironment.h"
+#include "runtime/drivers/dmc50v3/transfer/transferstate.h"
 #include "runtime/interfaces/communicatorcommand.h"
 
 #include <QList>
@@ -10,7 +14,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
 #include <memory>
 
 class KCSVLoader;
@@ -43,19 +46,19 @@ public:
     ~CSVImExporter() override;
 
     /** Adds the project's tag addresses, each once. Before the first transfer. */
-    void setRcpDataCommandAddrList(const QStringList& addresses);
+    void setRcpDataCommandAddrList(const QStringList& addresses) { m_slots.addTags(addresses); }
 
     /** Starts the worker thread. Neither object is owned; both must stay until
      *  waitForDriverCalls() has returned. Once. */
     void setDriverDMC50v3_DeviceInterface(DriverDMC50v3* driver, AbstractDeviceInterface* port);
 
     /** After this no call of the driver or the port begins. Any thread. */
-    void detachDriver();
+    void detachDriver() { m_driver.detach(); }
 
     /** Blocks until no such call runs. A transfer that waits for the operator's
      *  choice is not in one. Any thread but the worker, with no lock held that
      *  the driver's read or write takes. */
-    void waitForDriverCalls();
+    void waitForDriverCalls() { m_driver.waitForCalls(); }
 
     /** The tags. The first test that an address passes decides. @p data of a read
      *  comes zero-filled in the tag's size. @{ */
@@ -64,19 +67,19 @@ public:
     /** @} */
 
     /** State, any thread. "Writing" is from a file to the controller. @{ */
-    bool writingToDMC50Enable() const { return m_writing_enable; }
-    bool readingFromDMC50Enable() const { return m_reading_enable; }
-    bool writingToDMC50Error() const { return m_writing_error; }
-    bool readingFromDMC50Error() const { return m_reading_error; }
-    void resetWritingToDMC50Error() { m_writing_error = false; }
-    void resetReadingFromDMC50Error() { m_reading_error = false; }
-    int writingToDMC50Progress() const { return m_writing_progress; }
-    int readingFromDM50Progress() const { return m_reading_progress; } // the panel's spelling
-    int progID() const { return m_prog_id; }
-    void setProgID(int id) { m_prog_id = id; }
-    int progCount() const { return m_prog_count; }
+    bool writingToDMC50Enable() const { return m_state.writing_enable; }
+    bool readingFromDMC50Enable() const { return m_state.reading_enable; }
+    bool writingToDMC50Error() const { return m_state.writing_error; }
+    bool readingFromDMC50Error() const { return m_state.reading_error; }
+    void resetWritingToDMC50Error() { m_state.writing_error = false; }
+    void resetReadingFromDMC50Error() { m_state.reading_error = false; }
+    int writingToDMC50Progress() const { return m_state.writing_progress; }
+    int readingFromDM50Progress() const { return m_state.reading_progress; } // the panel's spelling
+    int progID() const { return m_state.prog_id; }
+    void setProgID(int id) { m_state.prog_id = id; }
+    int progCount() const { return m_state.prog_count; }
     /** Ignored unless 0 <= count <= 32. */
-    void setProgCount(int count);
+    void setProgCount(int count) { m_state.setProgCount(count); }
     /** @} */
 
     /** Start a transfer, unless one of the same kind runs. The first sleeps 500 ms
@@ -87,14 +90,12 @@ public:
 
     /** Lists the 32 program slots and those the project has no tag for. Once; a
      *  further call does nothing. */
-    void initReadWriteCommandList();
-    const QList<CommunicatorCommand>& readWriteCommandList() const {
-        return m_read_write_command_list;
-    }
-    const QStringList& unregisteredAddrList() const { return m_unregistered_addr_list; }
+    void initReadWriteCommandList() { m_slots.list(); }
+    const QList<CommunicatorCommand>& readWriteCommandList() const { return m_slots.commands(); }
+    const QStringList& unregisteredAddrList() const { return m_slots.unregistered(); }
 
     /** Mount directory of the USB stick; empty when there is none. */
-    QString getStorageMountPath();
+    QString getStorageMountPath() const { return m_stick.mountPath(); }
 
     /** For mode 0 the file that a read makes, otherwise the one to write to the
      *  controller; the operator chooses among several, and the name is empty when
@@ -131,8 +132,8 @@ private:
 
     void notify(const QString& text);
     QString mountPathOrNotice(bool& ok);
+    void logErrors(const QStringList& errors, TransferDirection direction);
     void pause(quint32 msecs);
-    bool isRegistered(const CommunicatorCommand& command) const;
 
     // Controller to file.
     void savePrograms(const NarrowCodecScope& codec, const QString& path);
@@ -149,25 +150,14 @@ private:
 
     TransferEnvironment& m_environment; // constant after construction
     DetachableDriver m_driver;
+    TransferState m_state;
+    ProgramStick m_stick; // worker thread
+    ProgramSlots m_slots; // worker thread, once it runs
 
     std::unique_ptr<KCSVLoader> m_csv_loader; // worker thread, made on first use
     std::unique_ptr<KCSVSaver> m_csv_saver;   // likewise
 
-    std::atomic<bool> m_writing_enable; // a write transfer runs
-    std::atomic<bool> m_reading_enable; // a read transfer runs, or its end is still shown
-    std::atomic<bool> m_writing_error;
-    std::atomic<bool> m_reading_error;
-    std::atomic<int> m_writing_progress; // 0..100
-    std::atomic<int> m_reading_progress; // 0..100
-    std::atomic<int> m_prog_id;          // -1 asks for a template
-    std::atomic<int> m_prog_count;       // 0..32
-
     QThread* m_thread; // owned; deletes itself in the end
-
-    // Worker thread, once it runs.
-    QList<CommunicatorCommand> m_read_write_command_list; // one per program slot
-    QStringList m_rcp_data_command_addr_list;             // the project's tags, until compared
-    QStringList m_unregistered_addr_list;                 // slots that the project does not use
 };
 
 #endif

@@ -5,8 +5,6 @@
 #include "runtime/drivers/dmc50v3/transfer/programfiles.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QTextStream>
 
 namespace {
 
@@ -22,10 +20,6 @@ QString chosenFile(const QStringList& files) {
 
 } // namespace
 
-QString CSVImExporter::getStorageMountPath() {
-    return m_environment.usbMountPath();
-}
-
 QString CSVImExporter::mountPathOrNotice(bool& ok) {
     const QString mount_path = getStorageMountPath();
     ok = !mount_path.isEmpty();
@@ -39,7 +33,7 @@ QString CSVImExporter::getFileName(const int& progID, bool& ok, int mode) {
     const QString mount_path = mountPathOrNotice(ok);
     if (!ok)
         return QString();
-    if (mode == 0)
+    if (transferDirection(mode) == TransferDirection::FromController)
         return ProgramFiles::programFile(mount_path, progID);
     const QStringList files = ProgramFiles::matchingProgramFiles(mount_path, progID);
     return files.size() > 1 ? chosenFile(files) : files.value(0);
@@ -47,20 +41,18 @@ QString CSVImExporter::getFileName(const int& progID, bool& ok, int mode) {
 
 QString CSVImExporter::getErrorLogFileName(int type, bool& ok) {
     const QString mount_path = mountPathOrNotice(ok);
-    return ok ? ProgramFiles::errorLogFile(mount_path, type, m_prog_id) : QString();
+    return ok ? ProgramFiles::errorLogFile(mount_path, transferDirection(type), progID())
+              : QString();
 }
 
 void CSVImExporter::outputErrorLog(const QStringList& errors, const int& type) {
     bool ok = false;
     const QString path = getErrorLogFileName(type, ok);
-    QFile log(path);
-    if (ok && log.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        QTextStream(&log) << errors.join(QString::fromLatin1("\n"));
-        log.close();
-        m_environment.syncStorage();
-    }
-    if (type == 1)
-        m_writing_error = true;
-    else if (type == 0)
-        m_reading_error = true;
+    if (ok)
+        m_stick.saveLog(errors, path);
+    m_state.setError(transferDirection(type));
+}
+
+void CSVImExporter::logErrors(const QStringList& errors, TransferDirection direction) {
+    outputErrorLog(errors, int(direction));
 }

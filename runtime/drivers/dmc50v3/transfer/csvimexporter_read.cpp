@@ -10,7 +10,6 @@
 
 namespace {
 
-const int ReadTransfer = 0;           // its type of error log
 const quint32 NoStickMsecs = 2000;    // how long the panel shows a transfer without a stick
 const qint64 SlowestReadMsecs = 5000; // of one program
 const int ReadShownMsecs = 2000;      // how long the panel shows the end
@@ -19,14 +18,14 @@ const int TemplateShownMsecs = 500;   // likewise of a template
 } // namespace
 
 void CSVImExporter::readDataFromDMC50Slot() {
-    m_reading_enable = true;
-    const int prog_id = m_prog_id;
+    m_state.reading_enable = true;
+    const int prog_id = m_state.prog_id;
     const bool is_template = prog_id == ProgramTable::TemplateProgramId;
     bool ok = false;
-    const QString path = getFileName(prog_id, ok, ReadTransfer);
+    const QString path = getFileName(prog_id, ok, int(TransferDirection::FromController));
     if (!ok) {
         pause(NoStickMsecs);
-        m_reading_enable = false;
+        m_state.reading_enable = false;
         m_driver.setProgramReading(false);
         return;
     }
@@ -38,7 +37,7 @@ void CSVImExporter::readDataFromDMC50Slot() {
             saveTemplate(codec, ProgramFiles::templateFile(path));
         else
             savePrograms(codec, path);
-        m_reading_progress = 100;
+        m_state.reading_progress = 100;
     }
     m_environment.callLater(is_template ? TemplateShownMsecs : ReadShownMsecs, this,
                             SLOT(resetReadingFlag()));
@@ -53,29 +52,27 @@ void CSVImExporter::savePrograms(const NarrowCodecScope& codec, const QString& p
     case DriverGone:
         return;
     case ReadTimedOut:
-        outputErrorLog(errors, ReadTransfer);
+        logErrors(errors, TransferDirection::FromController);
         return;
     case ReadComplete:
         break;
     }
-    if (m_csv_saver->saveFile(rows, path)) {
-        m_environment.syncStorage();
+    if (m_stick.saveTable(rows, path, *m_csv_saver))
         return;
-    }
-    outputErrorLog(m_csv_saver->errorMessageList(), ReadTransfer);
-    m_reading_enable = false;
+    logErrors(m_csv_saver->errorMessageList(), TransferDirection::FromController);
+    m_state.reading_enable = false;
 }
 
 /** Appends a row per program. A slot that the project does not use, and a program
  *  that the controller did not give, are left out without a word. */
 CSVImExporter::ReadEnd CSVImExporter::readPrograms(const NarrowCodecScope& codec,
                                                    QList<QStringList>& rows, QStringList& errors) {
-    initReadWriteCommandList();
-    const int count = m_prog_count;
+    m_slots.list();
+    const int count = m_state.prog_count;
     for (int number = 1; number <= count; ++number) {
         const qint64 start = m_environment.clock().msecsSinceBoot();
-        const CommunicatorCommand& command = m_read_write_command_list.at(number - 1);
-        if (!isRegistered(command))
+        const CommunicatorCommand& command = m_slots.commands().at(number - 1);
+        if (!m_slots.isRegistered(command))
             continue;
         const QByteArray image = m_driver.readProgram(command);
         if (m_driver.isGone())
@@ -86,7 +83,7 @@ CSVImExporter::ReadEnd CSVImExporter::readPrograms(const NarrowCodecScope& codec
                               .arg(command.address()));
             return ReadTimedOut;
         }
-        m_reading_progress = TransferProgress::percent(number - 1, count);
+        m_state.reading_progress = TransferProgress::percent(number - 1, count);
         if (image.size() == ProgramTable::ProgramBytes)
             rows.append(ProgramTable::programRow(codec, number, image));
     }
@@ -94,13 +91,13 @@ CSVImExporter::ReadEnd CSVImExporter::readPrograms(const NarrowCodecScope& codec
 }
 
 void CSVImExporter::saveTemplate(const NarrowCodecScope& codec, const QString& path) {
-    const int count = m_prog_count;
+    const int count = m_state.prog_count;
     QList<QStringList> rows;
     rows.append(ProgramTable::headerRow(codec));
     for (int number = 1; number <= count; ++number)
         rows.append(ProgramTable::templateRow(codec, number));
-    if (m_csv_saver->saveFile(rows, path))
+    if (m_stick.saveTable(rows, path, *m_csv_saver))
         return;
     notify(m_csv_saver->errorMessageList().join(QString::fromLatin1("\n")));
-    m_reading_enable = false;
+    m_state.reading_enable = false;
 }

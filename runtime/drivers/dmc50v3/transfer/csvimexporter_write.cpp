@@ -7,7 +7,6 @@
 
 namespace {
 
-const int WriteTransfer = 1;         // its type of error log
 const quint32 EndShownMsecs = 2000;  // how long the panel shows the end
 const quint32 DrainPollMsecs = 1000; // between two looks at the write queue
 const int ReadFlagMsecs = 2000;      // until a read's display is ended, too
@@ -15,16 +14,16 @@ const int ReadFlagMsecs = 2000;      // until a read's display is ended, too
 } // namespace
 
 void CSVImExporter::writeDataToDMC50Slot() {
-    m_writing_enable = true;
-    m_writing_error = false;
+    m_state.writing_enable = true;
+    m_state.writing_error = false;
     bool ok = false;
-    const QString path = getFileName(m_prog_id, ok, WriteTransfer);
+    const QString path = getFileName(m_state.prog_id, ok, int(TransferDirection::ToController));
     const FileVerdict verdict = ok ? writeFile(path) : FileAccepted;
     pause(EndShownMsecs);
     if (verdict == FileRefused)
-        m_writing_error = true;
-    m_writing_progress = 0;
-    m_writing_enable = false;
+        m_state.writing_error = true;
+    m_state.writing_progress = 0;
+    m_state.writing_enable = false;
 }
 
 CSVImExporter::FileVerdict CSVImExporter::writeFile(const QString& path) {
@@ -32,13 +31,13 @@ CSVImExporter::FileVerdict CSVImExporter::writeFile(const QString& path) {
     const FileVerdict verdict = loadRows(path, rows);
     if (verdict != FileAccepted)
         return verdict;
-    const ProgramTable::Encoded encoded = ProgramTable::encodeRows(rows, m_prog_count);
+    const ProgramTable::Encoded encoded = ProgramTable::encodeRows(rows, m_state.prog_count);
     if (!encoded.errors.isEmpty()) {
-        outputErrorLog(encoded.errors, WriteTransfer);
+        logErrors(encoded.errors, TransferDirection::ToController);
         return FileLogged;
     }
     writePrograms(encoded.images);
-    m_writing_progress = 0;
+    m_state.writing_progress = 0;
     m_environment.callLater(ReadFlagMsecs, this, SLOT(resetReadingFlag()));
     watchWriteQueue();
     return FileAccepted;
@@ -51,7 +50,7 @@ CSVImExporter::FileVerdict CSVImExporter::loadRows(const QString& path, QList<QS
         m_csv_loader.reset(new KCSVLoader(nullptr));
     if (!m_csv_loader->openFile(path)) {
         m_csv_loader->fileContent(); // adds its report to the errors
-        outputErrorLog(m_csv_loader->errorMessageList(), WriteTransfer);
+        logErrors(m_csv_loader->errorMessageList(), TransferDirection::ToController);
         return FileLogged;
     }
     rows = m_csv_loader->fileContent();
@@ -69,19 +68,19 @@ CSVImExporter::FileVerdict CSVImExporter::loadRows(const QString& path, QList<QS
 }
 
 void CSVImExporter::writePrograms(const QList<QByteArray>& images) {
-    initReadWriteCommandList();
+    m_slots.list();
     for (int i = 0; i < images.size(); ++i) {
-        const CommunicatorCommand& command = m_read_write_command_list.at(i);
-        if (isRegistered(command) && !m_driver.writeProgram(command, images.at(i)))
+        const CommunicatorCommand& command = m_slots.commands().at(i);
+        if (m_slots.isRegistered(command) && !m_driver.writeProgram(command, images.at(i)))
             return;
     }
 }
 
 void CSVImExporter::watchWriteQueue() {
     if (isWriteQueueStuck())
-        outputErrorLog(
+        logErrors(
             QStringList(QString::fromLatin1("Writing Data Fail,No Response in communication.")),
-            WriteTransfer);
+            TransferDirection::ToController);
 }
 
 /** Shows the queue's drain until it is empty, or until it has not moved for too
@@ -93,13 +92,13 @@ bool CSVImExporter::isWriteQueueStuck() {
     m_driver.readWriteQueueSize(initial);
     while (m_driver.readWriteQueueSize(left)) {
         if (left == 0) {
-            m_writing_progress = 100;
+            m_state.writing_progress = 100;
             return false;
         }
         const float ratio = TransferProgress::drainRatio(initial, left);
         if (watch.isStalled(ratio))
             return true;
-        m_writing_progress = TransferProgress::ratioPercent(ratio);
+        m_state.writing_progress = TransferProgress::ratioPercent(ratio);
         pause(DrainPollMsecs);
     }
     return false; // the driver has gone, and with it who could be told

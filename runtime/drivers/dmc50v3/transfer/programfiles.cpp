@@ -36,8 +36,9 @@ QStringList matchingProgramFiles(const QString& directory, int program_id) {
     return paths;
 }
 
-QString errorLogFile(const QString& directory, int type, int program_id) {
-    const QString word = QString::fromLatin1(type == 1 ? "WRITE" : "READ");
+QString errorLogFile(const QString& directory, TransferDirection direction, int program_id) {
+    const bool is_write = direction == TransferDirection::ToController;
+    const QString word = QString::fromLatin1(is_write ? "WRITE" : "READ");
     return inDirectory(directory,
                        QString::fromLatin1("%1_PROG_%2_ERROR.txt").arg(word).arg(program_id));
 }

@@ -1,6 +1,8 @@
 #ifndef RUNTIME_DRIVERS_DMC50V3_TRANSFER_PROGRAMFILES_H
 #define RUNTIME_DRIVERS_DMC50V3_TRANSFER_PROGRAMFILES_H
 
+#include "runtime/drivers/dmc50v3/transfer/transferdirection.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -18,8 +20,9 @@ QString templateFile(const QString& program_file);
  *  sorted by name. */
 QStringList matchingProgramFiles(const QString& directory, int program_id);
 
-/** "%1_PROG_%2_ERROR.txt" in @p directory: "WRITE" for type 1, otherwise "READ". */
-QString errorLogFile(const QString& directory, int type, int program_id);
+/** "%1_PROG_%2_ERROR.txt" in @p directory: "WRITE" for a transfer to the
+ *  controller, otherwise "READ". */
+QString errorLogFile(const QString& directory, TransferDirection direction, int program_id);
 
 } // namespace ProgramFiles
 

@@ -2,6 +2,10 @@
 
 namespace TransferTags {
 
+bool isTag(const QString& address, const char* tag) {
+    return address.contains(QLatin1String(tag));
+}
+
 qint32 writtenValue(const QByteArray& data) {
     quint32 value = 0;
     for (int i = 0; i < qMin(data.size(), 4); ++i)

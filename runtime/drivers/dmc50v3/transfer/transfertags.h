@@ -2,10 +2,15 @@
 #define RUNTIME_DRIVERS_DMC50V3_TRANSFER_TRANSFERTAGS_H
 
 #include <QByteArray>
+#include <QString>
 #include <QtGlobal>
 
 /** Data of the panel's transfer tags, without their meaning. Any thread. */
 namespace TransferTags {
+
+/** Whether @p address is that of @p tag: the panel's names are parts of longer
+ *  addresses. */
+bool isTag(const QString& address, const char* tag);
 
 /** The number in @p data, little-endian by its size: 1 and 2 bytes are signed, 3
  *  bytes unsigned, of 4 or more the first four are taken. 0 without data. */

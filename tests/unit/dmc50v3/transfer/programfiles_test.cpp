@@ -61,9 +61,12 @@ TEST(ProgramFiles, NothingMatchesInADirectoryThatHasGone) {
     EXPECT_EQ(ProgramFiles::matchingProgramFiles(QLatin1String("/nowhere"), 7), QStringList());
 }
 
-TEST(ProgramFiles, OnlyTypeOneNamesAWriteLog) {
+TEST(ProgramFiles, OnlyATransferToTheControllerNamesAWriteLog) {
     const QString usb = QLatin1String("/usb");
-    EXPECT_EQ(ProgramFiles::errorLogFile(usb, 1, 3), QLatin1String("/usb/WRITE_PROG_3_ERROR.txt"));
-    EXPECT_EQ(ProgramFiles::errorLogFile(usb, 0, 3), QLatin1String("/usb/READ_PROG_3_ERROR.txt"));
-    EXPECT_EQ(ProgramFiles::errorLogFile(usb, 2, -1), QLatin1String("/usb/READ_PROG_-1_ERROR.txt"));
+    EXPECT_EQ(ProgramFiles::errorLogFile(usb, TransferDirection::ToController, 3),
+              QLatin1String("/usb/WRITE_PROG_3_ERROR.txt"));
+    EXPECT_EQ(ProgramFiles::errorLogFile(usb, TransferDirection::FromController, 3),
+              QLatin1String("/usb/READ_PROG_3_ERROR.txt"));
+    EXPECT_EQ(ProgramFiles::errorLogFile(usb, TransferDirection::Neither, -1),
+              QLatin1String("/usb/READ_PROG_-1_ERROR.txt"));
 }
