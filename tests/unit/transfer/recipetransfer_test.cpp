@@ -15,6 +15,15 @@ protected:
         return transfer.run(kind, 7, 12, [this](int percent) { percents.append(percent); });
     }
 
+    static TagDefinition temperatureOf(int station) {
+        QString problem;
+        TagDefinition tag;
+        tag.address = *parseProjectAddress(QStringLiteral("NA10"), problem);
+        tag.type = *tagTypeByName(QStringLiteral("dword"));
+        tag.station = station;
+        return tag;
+    }
+
     TransferLink link;
     TransferDriver& driver = link.driver;
     QVector<int> percents;
@@ -103,4 +112,30 @@ TEST_F(RecipeTransferTest, EndsAtOnceWhenItIsCancelled) {
     const qint64 start = link.clock.msecsSinceBoot();
     EXPECT_EQ(run(TransferKind::Pull).error, QStringLiteral("interrupted"));
     EXPECT_LT(link.clock.msecsSinceBoot() - start, 1000);
+}
+
+// The driver asks the port for the station again before each program.
+TEST_F(RecipeTransferTest, HoldsThePortsStationStillThoughOthersArePolled) {
+    link.session->poll({temperatureOf(1), temperatureOf(3)});
+    QSet<int> stations;
+    bool has_started = false;
+    const auto look = [&] {
+        if (has_started)
+            stations.insert(link.session->port().stationId());
+    };
+    driver.on_start = [&](TransferDriver::Kind) {
+        has_started = true;
+        look();
+    };
+    driver.on_look = driver.on_tick = look;
+    for (const auto kind : {TransferKind::Pull, TransferKind::Push}) {
+        link.session->read(temperatureOf(1));
+        stations.clear();
+        has_started = false;
+        for (auto& script : driver.script)
+            script = {{true, 0}, {true, 50}, {true, 100}};
+        RecipeTransfer transfer(*link.session, 2, link.clock);
+        EXPECT_TRUE(transfer.run(kind, 7, 12, [](int) {}).completed);
+        EXPECT_EQ(stations, QSet<int>({2}));
+    }
 }

@@ -101,14 +101,20 @@ public:
      *  controller; the operator chooses among several, and the name is empty when
      *  there is none. @p ok turns false without a stick, which the operator is
      *  told. */
-    QString getFileName(const int& progID, bool& ok, int mode);
+    QString getFileName(const int& progID, bool& ok, int mode) {
+        return transferFile(transferDirection(mode), progID, ok);
+    }
 
     /** Type 1 is the log of writes, any other that of reads. */
-    QString getErrorLogFileName(int type, bool& ok);
+    QString getErrorLogFileName(int type, bool& ok) {
+        return errorLogFile(transferDirection(type), ok);
+    }
 
     /** Writes @p errors to the stick, replacing the log before, and sets the error
      *  flag of @p type (0 reading, 1 writing), the latter also without a stick. */
-    void outputErrorLog(const QStringList& errors, const int& type);
+    void outputErrorLog(const QStringList& errors, const int& type) {
+        logErrors(transferDirection(type), errors);
+    }
 
 signals:
     /** A notice for the operator. */
@@ -132,8 +138,12 @@ private:
 
     void notify(const QString& text);
     QString mountPathOrNotice(bool& ok);
-    void logErrors(const QStringList& errors, TransferDirection direction);
     void pause(quint32 msecs);
+
+    // Files. What is public takes the direction as a number.
+    QString transferFile(TransferDirection direction, int program_id, bool& ok);
+    QString errorLogFile(TransferDirection direction, bool& ok);
+    void logErrors(TransferDirection direction, const QStringList& errors);
 
     // Controller to file.
     void savePrograms(const NarrowCodecScope& codec, const QString& path);

@@ -29,30 +29,25 @@ QString CSVImExporter::mountPathOrNotice(bool& ok) {
     return mount_path;
 }
 
-QString CSVImExporter::getFileName(const int& progID, bool& ok, int mode) {
+QString CSVImExporter::transferFile(TransferDirection direction, int program_id, bool& ok) {
     const QString mount_path = mountPathOrNotice(ok);
     if (!ok)
         return QString();
-    if (transferDirection(mode) == TransferDirection::FromController)
-        return ProgramFiles::programFile(mount_path, progID);
-    const QStringList files = ProgramFiles::matchingProgramFiles(mount_path, progID);
+    if (direction == TransferDirection::FromController)
+        return ProgramFiles::programFile(mount_path, program_id);
+    const QStringList files = ProgramFiles::matchingProgramFiles(mount_path, program_id);
     return files.size() > 1 ? chosenFile(files) : files.value(0);
 }
 
-QString CSVImExporter::getErrorLogFileName(int type, bool& ok) {
+QString CSVImExporter::errorLogFile(TransferDirection direction, bool& ok) {
     const QString mount_path = mountPathOrNotice(ok);
-    return ok ? ProgramFiles::errorLogFile(mount_path, transferDirection(type), progID())
-              : QString();
+    return ok ? ProgramFiles::errorLogFile(mount_path, direction, progID()) : QString();
 }
 
-void CSVImExporter::outputErrorLog(const QStringList& errors, const int& type) {
+void CSVImExporter::logErrors(TransferDirection direction, const QStringList& errors) {
     bool ok = false;
-    const QString path = getErrorLogFileName(type, ok);
+    const QString path = errorLogFile(direction, ok);
     if (ok)
         m_stick.saveLog(errors, path);
-    m_state.setError(transferDirection(type));
-}
-
-void CSVImExporter::logErrors(const QStringList& errors, TransferDirection direction) {
-    outputErrorLog(errors, int(direction));
+    m_state.setError(direction);
 }

@@ -22,7 +22,7 @@ void CSVImExporter::readDataFromDMC50Slot() {
     const int prog_id = m_state.prog_id;
     const bool is_template = prog_id == ProgramTable::TemplateProgramId;
     bool ok = false;
-    const QString path = getFileName(prog_id, ok, int(TransferDirection::FromController));
+    const QString path = transferFile(TransferDirection::FromController, prog_id, ok);
     if (!ok) {
         pause(NoStickMsecs);
         m_state.reading_enable = false;
@@ -52,14 +52,14 @@ void CSVImExporter::savePrograms(const NarrowCodecScope& codec, const QString& p
     case DriverGone:
         return;
     case ReadTimedOut:
-        logErrors(errors, TransferDirection::FromController);
+        logErrors(TransferDirection::FromController, errors);
         return;
     case ReadComplete:
         break;
     }
     if (m_stick.saveTable(rows, path, *m_csv_saver))
         return;
-    logErrors(m_csv_saver->errorMessageList(), TransferDirection::FromController);
+    logErrors(TransferDirection::FromController, m_csv_saver->errorMessageList());
     m_state.reading_enable = false;
 }
 

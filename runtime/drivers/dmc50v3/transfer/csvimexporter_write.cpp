@@ -17,7 +17,7 @@ void CSVImExporter::writeDataToDMC50Slot() {
     m_state.writing_enable = true;
     m_state.writing_error = false;
     bool ok = false;
-    const QString path = getFileName(m_state.prog_id, ok, int(TransferDirection::ToController));
+    const QString path = transferFile(TransferDirection::ToController, m_state.prog_id, ok);
     const FileVerdict verdict = ok ? writeFile(path) : FileAccepted;
     pause(EndShownMsecs);
     if (verdict == FileRefused)
@@ -33,7 +33,7 @@ CSVImExporter::FileVerdict CSVImExporter::writeFile(const QString& path) {
         return verdict;
     const ProgramTable::Encoded encoded = ProgramTable::encodeRows(rows, m_state.prog_count);
     if (!encoded.errors.isEmpty()) {
-        logErrors(encoded.errors, TransferDirection::ToController);
+        logErrors(TransferDirection::ToController, encoded.errors);
         return FileLogged;
     }
     writePrograms(encoded.images);
@@ -50,7 +50,7 @@ CSVImExporter::FileVerdict CSVImExporter::loadRows(const QString& path, QList<QS
         m_csv_loader.reset(new KCSVLoader(nullptr));
     if (!m_csv_loader->openFile(path)) {
         m_csv_loader->fileContent(); // adds its report to the errors
-        logErrors(m_csv_loader->errorMessageList(), TransferDirection::ToController);
+        logErrors(TransferDirection::ToController, m_csv_loader->errorMessageList());
         return FileLogged;
     }
     rows = m_csv_loader->fileContent();
@@ -79,8 +79,8 @@ void CSVImExporter::writePrograms(const QList<QByteArray>& images) {
 void CSVImExporter::watchWriteQueue() {
     if (isWriteQueueStuck())
         logErrors(
-            QStringList(QString::fromLatin1("Writing Data Fail,No Response in communication.")),
-            TransferDirection::ToController);
+            TransferDirection::ToController,
+            QStringList(QString::fromLatin1("Writing Data Fail,No Response in communication.")));
 }
 
 /** Shows the queue's drain until it is empty, or until it has not moved for too

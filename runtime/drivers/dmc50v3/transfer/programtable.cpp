@@ -10,7 +10,7 @@ namespace ProgramTable {
 namespace {
 
 // Big5, with every byte outside ASCII as three octal digits.
-const char* const ColumnTitles[RowFields] = {
+const char* const ColumnTitles[] = {
     " ",
     "\263]\251w\267\305\253\327",           // 設定溫度
     "\263]\251w\256\311\266\241(\256\311)", // 設定時間(時)
@@ -37,6 +37,12 @@ const char* const ColumnTitles[RowFields] = {
     "DI3 \265{\246\241\265\262\247\364",   // DI3 程式結束
     "DI4 \257u\252\305\245\274\271F HOLD", // DI4 真空未達 HOLD
 };
+static_assert(sizeof(ColumnTitles) / sizeof(*ColumnTitles) == RowFields, "a title for each field");
+static_assert(RowFields == 1 + ProgramDoubleWords, "a label and the values");
+static_assert(ProgramBytes == 4 * ProgramDoubleWords, "double words");
+static_assert(LastSlotAddress == FirstSlotAddress + (MaxPrograms - 1) * SlotDistance,
+              "as many slots as programs");
+
 const char* const RowLabel = "\265{\247\307%1"; // 程序%1
 
 QStringList labelledRow(const NarrowCodecScope& codec, int number) {

@@ -34,6 +34,21 @@ TEST_F(ExporterFiles, AReadMakesTheFileOfItsId) {
     EXPECT_EQ(m_exporter->getFileName(-1, ok, 0), onStick("PROG_-1.txt"));
 }
 
+TEST_F(ExporterFiles, AnyModeButTheReadsLooksForAFileToLoad) {
+    m_stick.write(QLatin1String("PROG_7_a.txt"), "");
+    for (int mode : {1, 2, -1}) {
+        bool ok = false;
+        EXPECT_EQ(m_exporter->getFileName(7, ok, mode), onStick("PROG_7_a.txt")) << mode;
+        EXPECT_TRUE(ok);
+    }
+}
+
+TEST_F(ExporterFiles, AnyTypeButTheWritesIsTheLogOfReads) {
+    bool ok = false;
+    EXPECT_EQ(m_exporter->getErrorLogFileName(2, ok), onStick("READ_PROG_0_ERROR.txt"));
+    EXPECT_EQ(m_exporter->getErrorLogFileName(-1, ok), onStick("READ_PROG_0_ERROR.txt"));
+}
+
 TEST_F(ExporterFiles, TheOnlyMatchIsTakenWithoutADialog) {
     m_stick.write(QLatin1String("PROG_7_a.txt"), "");
     bool ok = false;
@@ -59,6 +74,7 @@ TEST_F(ExporterFiles, WithoutAStickThereIsANoticeAndNoName) {
     bool ok = true;
     EXPECT_EQ(m_exporter->getErrorLogFileName(1, ok), QString());
     EXPECT_FALSE(ok);
+    EXPECT_EQ(m_exporter->getStorageMountPath(), QString());
     EXPECT_EQ(m_notices.notices(), QStringList() << QLatin1String(NoStickNotice)
                                                  << QLatin1String(NoStickNotice)
                                                  << QLatin1String(NoStickNotice));

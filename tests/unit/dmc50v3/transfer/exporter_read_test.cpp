@@ -3,6 +3,7 @@
 #include "tests/support/goldenprograms.h"
 #include "tests/unit/dmc50v3/transfer/transferfixture.h"
 
+#include <atomic>
 #include <vector>
 
 namespace {
@@ -52,6 +53,7 @@ TEST_F(ExporterRead, TemplateIsTheGoldenOneAndNothingIsRead) {
               goldenFile(QLatin1String("PROG_template.txt")));
     EXPECT_FALSE(m_stick.contains(file(-1)));
     EXPECT_TRUE(m_port.requests().isEmpty());
+    EXPECT_EQ(m_environment.syncs(), 1); // the stick may be pulled as after a read
 }
 
 TEST_F(ExporterRead, ASlotWithoutATagIsLeftOutAndTheOthersKeepTheirNumbers) {
@@ -130,6 +132,25 @@ TEST_F(ExporterRead, AReadOfMoreThanFiveSecondsAbortsWithALogAndNoFile) {
     EXPECT_FALSE(isProgramReading());
 }
 
+TEST_F(ExporterRead, AReadOfExactlyFiveSecondsIsNotTooLong) {
+    std::atomic<qint64> now(0);
+    std::atomic<int> duration(5000);
+    m_environment.m_read_clock = [&] { return now.load(); };
+    m_on_program_read = [&](int program) {
+        if (program == 2)
+            now += duration;
+        return true;
+    };
+    read(7, 3);
+    EXPECT_EQ(numbersInFile(7), (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(readTag("VVT_ERROR1"), 0);
+    m_environment.pass(2000);
+    duration = 5001;
+    read(8, 3);
+    EXPECT_FALSE(m_stick.contains(file(8)));
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+}
+
 TEST_F(ExporterRead, AReadThatFailsSoonerLeavesItsProgramOutWithoutAWord) {
     m_port.m_retries = 0; // 3000 ms
     m_on_program_read = [](int program) { return program != 2; };
@@ -142,6 +163,7 @@ TEST_F(ExporterRead, AReadThatFailsSoonerLeavesItsProgramOutWithoutAWord) {
 TEST_F(ExporterRead, AFileThatCannotBeSavedEndsTheDisplayAtOnceWithALog) {
     m_stick.makeDirectory(file(7)); // in the file's way
     read(7, 1);
+    EXPECT_EQ(m_environment.syncs(), 1); // of the log
     EXPECT_EQ(m_stick.read(QLatin1String("READ_PROG_7_ERROR.txt")),
               QByteArray("File cannot be opened."));
     EXPECT_EQ(readTag("VVT_ERROR1"), 1);
@@ -154,6 +176,7 @@ TEST_F(ExporterRead, AFileThatCannotBeSavedEndsTheDisplayAtOnceWithALog) {
 TEST_F(ExporterRead, ATemplateThatCannotBeSavedIsANoticeWithoutAnErrorFlag) {
     m_stick.makeDirectory(QLatin1String("PROG_template.txt"));
     read(-1, 1);
+    EXPECT_EQ(m_environment.syncs(), 0);
     EXPECT_EQ(m_notices.notices(), QStringList(QLatin1String("DMC50|File cannot be opened.|1")));
     EXPECT_EQ(readTag("VVT_ERROR1"), 0);
     EXPECT_EQ(readTag("VVT_ENABLE1"), 0);

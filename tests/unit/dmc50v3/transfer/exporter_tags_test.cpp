@@ -1,5 +1,7 @@
 #include "tests/unit/dmc50v3/transfer/transferfixture.h"
 
+#include <QThread>
+
 namespace {
 
 class ExporterTags : public TransferFixture {
@@ -120,6 +122,63 @@ TEST_F(ExporterTags, AWriteWithoutDataDoesNothing) {
     writeBytes("VVT_ERROR0", QByteArray());
     writeBytes("VVT_ENABLE0", QByteArray());
     EXPECT_EQ(readTag("VVT_ERROR0"), 1);
+}
+
+TEST_F(ExporterTags, ANumberWrittenWithoutDataIsZero) {
+    choose(7, 3);
+    writeBytes("VVT_PROG_ID0", QByteArray());
+    EXPECT_EQ(m_exporter->progID(), 0);
+    EXPECT_EQ(m_exporter->progCount(), 3);
+    writeBytes("VVT_PROG_COUNT0", QByteArray());
+    EXPECT_EQ(m_exporter->progCount(), 0);
+}
+
+TEST_F(ExporterTags, ACountIsTakenFromAsFewBytesAsComeAndFromFourAtMost) {
+    writeBytes("VVT_PROG_COUNT0", QByteArray("\x05", 1));
+    EXPECT_EQ(m_exporter->progCount(), 5);
+    writeBytes("VVT_PROG_COUNT0", QByteArray("\x06\x00", 2));
+    EXPECT_EQ(m_exporter->progCount(), 6);
+    writeBytes("VVT_PROG_COUNT0", QByteArray("\x07\x00\x00", 3));
+    EXPECT_EQ(m_exporter->progCount(), 7);
+    writeBytes("VVT_PROG_COUNT0", QByteArray("\x08\x00\x00\x00\x01", 5));
+    EXPECT_EQ(m_exporter->progCount(), 8);
+    writeBytes("VVT_PROG_COUNT0", QByteArray("\xFF", 1)); // -1
+    EXPECT_EQ(m_exporter->progCount(), 8);
+}
+
+TEST_F(ExporterTags, EveryTagShowsItsOwnMember) {
+    setErrors();
+    m_exporter->resetWritingToDMC50Error();
+    choose(9, 4);
+    EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+    EXPECT_EQ(readTag("VVT_ERROR1"), 1);
+    EXPECT_EQ(readTag("VVT_PROG_ID0"), 9);
+    EXPECT_EQ(readTag("VVT_PROG_COUNT0"), 4);
+}
+
+TEST_F(ExporterTags, AnAddressOfTwoNamesIsTheFirstOfThemInTheListsOrder) {
+    setErrors();
+    choose(9, 4);
+    EXPECT_EQ(readTag("VVT_PROG_COUNT0_VVT_PROG_ID0"), 9);
+    EXPECT_EQ(readTag("VVT_PROG_ID0_VVT_ERROR1"), 1);
+    EXPECT_EQ(readTag("VVT_ERROR1_VVT_ENABLE1"), 0);
+    writeTag("VVT_PROG_COUNT0_VVT_PROG_ID0", 11);
+    EXPECT_EQ(m_exporter->progID(), 11);
+    EXPECT_EQ(m_exporter->progCount(), 4);
+}
+
+TEST_F(ExporterTags, TheWorkerInheritsThePriorityOfTheThreadThatStartsIt) {
+    choose(0, 0);
+    ASSERT_TRUE(m_exporter->thread()->isRunning());
+    EXPECT_EQ(m_exporter->thread()->priority(), QThread::InheritPriority);
+}
+
+TEST_F(ExporterTags, ATagAddressIsKeptOnce) {
+    m_exporter->setRcpDataCommandAddrList(QStringList(QLatin1String("NA1000")));
+    m_exporter->setRcpDataCommandAddrList(QStringList(QLatin1String("NA1020")));
+    m_exporter->initReadWriteCommandList();
+    EXPECT_EQ(m_exporter->unregisteredAddrList().size(), 30);
+    EXPECT_EQ(m_exporter->unregisteredAddrList().first(), QLatin1String("NA1040"));
 }
 
 TEST_F(ExporterTags, TheThirtyTwoSlotsAreListedOnlyOnce) {

@@ -255,7 +255,8 @@ TEST_F(ExporterWrite, ItsTimerEndsTheDisplayOfAReadBeforeIt) {
     save(7, table(1));
     read(8, 1);
     write(7, 1);
-    EXPECT_EQ(m_environment.pendingCalls(), 2); // the read's own and the write's
+    EXPECT_EQ(m_environment.delays(), QList<int>() << 2000 << 2000); // the read's and its own
+    EXPECT_EQ(m_environment.pendingCalls(), 2);
     EXPECT_EQ(readTag("VVT_PROGRESS1"), 100);
     m_environment.pass(0);
     EXPECT_EQ(readTag("VVT_PROGRESS1"), 0);

@@ -4,7 +4,18 @@
 
 SimulatedTransferEnvironment::SimulatedTransferEnvironment(SimulatedClock& clock,
                                                            const QString& stick)
-    : m_clock(clock), m_stick(stick), m_syncs(0) {}
+    : m_clock(clock), m_watched(*this), m_stick(stick), m_syncs(0) {}
+
+qint64 SimulatedTransferEnvironment::WatchedClock::msecsSinceBoot() {
+    return m_environment.m_read_clock ? m_environment.m_read_clock()
+                                      : m_environment.m_clock.msecsSinceBoot();
+}
+
+int SimulatedTransferEnvironment::WatchedClock::sleepMsecs(quint32 msecs) {
+    if (m_environment.m_before_sleep)
+        m_environment.m_before_sleep(msecs);
+    return m_environment.m_clock.sleepMsecs(msecs);
+}
 
 void SimulatedTransferEnvironment::callLater(int msecs, QObject* receiver, const char* slot) {
     const QByteArray method = slot + 1; // the code that SLOT() puts in front

@@ -9,16 +9,25 @@
 #include <QMutex>
 #include <QObject>
 
+#include <functional>
+
 /** The transfers' surroundings in a test: virtual time, and a stick that can be
  *  pulled and put back at any moment from any thread. */
 class SimulatedTransferEnvironment : public TransferEnvironment {
 public:
     SimulatedTransferEnvironment(SimulatedClock& clock, const QString& stick);
 
-    Clock& clock() override { return m_clock; }
+    Clock& clock() override { return m_watched; }
     void callLater(int msecs, QObject* receiver, const char* slot) override;
     QString usbMountPath() override;
     void syncStorage() override;
+
+    /** Called in the thread that is about to sleep, a transfer's or its starter's.
+     *  Set it before a transfer starts. */
+    std::function<void(quint32 msecs)> m_before_sleep;
+
+    /** What transfers read from the clock in place of the simulated time; likewise. */
+    std::function<qint64()> m_read_clock;
 
     /** An empty path: the stick is pulled. */
     void mountStick(const QString& path);
@@ -42,7 +51,20 @@ private:
     };
     bool takeDueCall(Call& call);
 
+    /** The simulated clock behind the two hooks. */
+    class WatchedClock : public Clock {
+    public:
+        explicit WatchedClock(SimulatedTransferEnvironment& environment)
+            : m_environment(environment) {}
+        qint64 msecsSinceBoot() override;
+        int sleepMsecs(quint32 msecs) override;
+
+    private:
+        SimulatedTransferEnvironment& m_environment;
+    };
+
     SimulatedClock& m_clock;
+    WatchedClock m_watched;
     mutable QMutex m_mutex; // guards all below
     QString m_stick;
     QList<Call> m_calls;
