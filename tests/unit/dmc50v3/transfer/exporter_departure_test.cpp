@@ -20,11 +20,14 @@ protected:
         m_leaving.get_future().wait();
     }
 
-    /** Starts a read of 32 programs that holds the line at the third. */
-    void readAndHoldLine() {
-        m_on_program_read = [this](int number) {
-            if (number == 3)
-                holdLine();
+    /** Starts a read of 32 programs that, at the third, says that the line is busy
+     *  and calls @p hold. */
+    void readAndHoldLine(const std::function<void()>& hold) {
+        m_on_program_read = [this, hold](int number) {
+            if (number == 3) {
+                m_line_busy.set_value();
+                hold();
+            }
             return true;
         };
         choose(7, 32);
@@ -55,8 +58,13 @@ protected:
 } // namespace
 
 TEST_F(ExporterDeparture, DuringAReadNeitherFileNorLogIsMade) {
-    readAndHoldLine();
-    deleteDriverWhileLineIsHeld();
+    // Only the driver's going ends a transfer whose line is held.
+    readAndHoldLine([this] {
+        while (readTag("VVT_PROGRESS1") != 100)
+            std::this_thread::yield();
+    });
+    m_line_busy.get_future().wait();
+    deleteDriver();
     const int requests = m_port.requests().size();
     waitForWorker();
     EXPECT_EQ(m_port.requests().size(), requests);
@@ -117,10 +125,10 @@ TEST_F(ExporterDeparture, AtAnyMomentOfAReadIsSafe) {
 }
 
 TEST_F(ExporterDeparture, AnExporterThatGoesFirstCutsItsTransferShort) {
-    readAndHoldLine();
+    readAndHoldLine([this] { m_leaving.get_future().wait(); });
     m_line_busy.get_future().wait();
-    m_leaving.set_value();
     m_pump.reset(new TimePump(m_clock));
     m_exporter.reset();
+    m_leaving.set_value();
     EXPECT_FALSE(m_stick.contains(file(7)));
 }
