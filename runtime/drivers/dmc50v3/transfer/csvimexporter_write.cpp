@@ -71,8 +71,8 @@ void CSVImExporter::writePrograms(const QList<QByteArray>& images) {
     m_slots.list();
     for (int i = 0; i < images.size(); ++i) {
         const CommunicatorCommand& command = m_slots.commands().at(i);
-        if (m_slots.isRegistered(command) && !m_driver.writeProgram(command, images.at(i)))
-            return;
+        if (m_slots.isRegistered(command))
+            m_driver.writeProgram(command, images.at(i));
     }
 }
 

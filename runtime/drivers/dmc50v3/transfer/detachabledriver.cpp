@@ -46,11 +46,10 @@ QByteArray DetachableDriver::readProgram(const CommunicatorCommand& command) {
                               quint32(NumOfBytesToNumOfDWords(quint32(command.getDataSize()))));
 }
 
-bool DetachableDriver::writeProgram(const CommunicatorCommand& command, const QByteArray& image) {
+void DetachableDriver::writeProgram(const CommunicatorCommand& command, const QByteArray& image) {
     const Call driver(*this);
     if (driver.isPossible())
         driver->write(m_device, command, image);
-    return driver.isPossible();
 }
 
 bool DetachableDriver::readWriteQueueSize(quint32& size) {

@@ -39,9 +39,8 @@ public:
      *  significant first; empty when the driver has gone or could not read them. */
     QByteArray readProgram(const CommunicatorCommand& command);
 
-    /** Queues @p image. False when the driver has gone; a write that it refuses
-     *  shows in the queue only. */
-    bool writeProgram(const CommunicatorCommand& command, const QByteArray& image);
+    /** Queues @p image. A write that the driver refuses shows in the queue only. */
+    void writeProgram(const CommunicatorCommand& command, const QByteArray& image);
 
     /** The pairs that wait to be written. False, with @p size as it was, when the
      *  driver has gone. The driver gives a signed word: a queue beyond 32767 pairs

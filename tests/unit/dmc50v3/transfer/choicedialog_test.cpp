@@ -75,6 +75,15 @@ TEST(ChoiceDialog, AddingToAListKeepsTheFirstRowCurrent) {
     EXPECT_EQ(dialog.getFileName(), QLatin1String("/usb/PROG_7.txt"));
 }
 
+TEST(ChoiceDialog, AddingToAListMakesTheFirstRowCurrentAgain) {
+    ambiguousFilesSelectDialog dialog;
+    dialog.addItems(twoFiles());
+    dialog.findChild<QListWidget*>()->setCurrentRow(1);
+    ASSERT_EQ(dialog.getFileName(), QLatin1String("/usb/PROG_7_old.txt"));
+    dialog.addItems(twoFiles());
+    EXPECT_EQ(dialog.getFileName(), QLatin1String("/usb/PROG_7.txt"));
+}
+
 TEST(ChoiceDialog, PreselectsTheFirstFile) {
     DialogDriver driver(DialogDriver::PressOk);
     EXPECT_EQ(choiceOf(twoFiles(), driver), QLatin1String("/usb/PROG_7.txt"));

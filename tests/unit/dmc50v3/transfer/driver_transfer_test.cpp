@@ -2,6 +2,8 @@
 #include "runtime/drivers/dmc50v3/transfer/csvimexporter.h"
 #include "tests/unit/dmc50v3/driverfixture.h"
 
+#include <QThread>
+
 namespace {
 
 class DriverTransfer : public DriverFixture {
@@ -33,6 +35,16 @@ TEST_F(DriverTransfer, TheFirstTagHandsTheProjectsProgramAddressesToTheExporter)
     write("VVT_PROG_COUNT0", Byte, 1, QByteArray(1, '\3'));
     EXPECT_EQ(m_probe->exporter(), exporter);
     EXPECT_EQ(exporter->progCount(), 3);
+}
+
+TEST_F(DriverTransfer, TheExporterKnowsTheProjectsProgramsAndWorksInItsOwnThread) {
+    read("VVT_ENABLE0", Byte, 1);
+    CSVImExporter* const exporter = m_probe->exporter();
+    exporter->initReadWriteCommandList();
+    EXPECT_FALSE(exporter->unregisteredAddrList().contains(QLatin1String("NA1000")));
+    EXPECT_TRUE(exporter->unregisteredAddrList().contains(QLatin1String("NA1040")));
+    EXPECT_NE(exporter->thread(), QThread::currentThread());
+    EXPECT_TRUE(exporter->thread()->isRunning());
 }
 
 TEST_F(DriverTransfer, NothingReachesTheControllerThroughATag) {

@@ -128,7 +128,9 @@ TEST_F(ExporterDeparture, AnExporterThatGoesFirstCutsItsTransferShort) {
     readAndHoldLine([this] { m_leaving.get_future().wait(); });
     m_line_busy.get_future().wait();
     m_pump.reset(new TimePump(m_clock));
+    const qint64 start = Clock::system().msecsSinceBoot();
     m_exporter.reset();
+    EXPECT_LT(Clock::system().msecsSinceBoot() - start, 5000); // after which it is terminated
     m_leaving.set_value();
     EXPECT_FALSE(m_stick.contains(file(7)));
 }

@@ -66,6 +66,12 @@ TEST_F(ExporterDisplay, OfARead) {
     expectShown({"write off 0, read on 100"});
 }
 
+TEST_F(ExporterDisplay, OfATemplate) {
+    read(-1, 1);
+    expectShown({"write off 0, read on 100"});
+    EXPECT_TRUE(m_notices.notices().isEmpty());
+}
+
 TEST_F(ExporterDisplay, OfAReadThatCannotBeSaved) {
     m_stick.makeDirectory(file(7));
     read(7, 1);
@@ -122,6 +128,15 @@ TEST_F(ExporterDisplay, OfAWriteWithABadField) {
     write(7, 1);
     expectShown({"500: write off 0, read off 0", "2000: write on 0 error, read off 0",
                  "write off 0 error, read off 0"});
+}
+
+TEST_F(ExporterDisplay, OfALoggedErrorThatThePanelClearsAtOnce) {
+    m_environment.m_before_sleep = [this](quint32 msecs) {
+        if (msecs == 2000)
+            m_exporter->resetWritingToDMC50Error();
+    };
+    write(7, 1); // there is no file
+    expectShown({"write off 0, read off 0"});
 }
 
 TEST_F(ExporterDisplay, OfAWriteToASilentController) {

@@ -2,7 +2,9 @@
 #include "tests/support/dialogdriver.h"
 #include "tests/unit/dmc50v3/transfer/transferfixture.h"
 
+#include <QApplication>
 #include <QThread>
+#include <QWidget>
 
 #include <functional>
 
@@ -16,6 +18,15 @@ protected:
         return m_exporter->getFileName(program_id, ok, 1);
     }
     QString onStick(const char* name) const { return m_stick.filePath(QLatin1String(name)); }
+
+    static bool isDialogLeft() {
+        const QWidgetList widgets = QApplication::allWidgets();
+        for (const QWidget* widget : widgets) {
+            if (widget->objectName() == QLatin1String("ambiguousFilesSelectDialog"))
+                return true;
+        }
+        return false;
+    }
 
     /** PROG_7.txt with one program and PROG_7_old.txt with two. */
     void saveTwoFiles() {
@@ -97,6 +108,22 @@ TEST_F(ExporterFiles, ASecondLogReplacesTheFirst) {
     EXPECT_EQ(m_environment.syncs(), 2);
 }
 
+TEST_F(ExporterFiles, EveryFileIsCompleteWhenTheStorageIsSynced) {
+    QList<qint64> sizes;
+    QString name;
+    m_environment.m_on_sync = [&] { sizes.append(m_stick.read(name).size()); };
+    name = QLatin1String("READ_PROG_0_ERROR.txt");
+    m_exporter->outputErrorLog(QStringList(QLatin1String("lost")), 0);
+    name = file(7);
+    read(7, 1);
+    m_environment.pass(2000);
+    name = QLatin1String("PROG_template.txt");
+    read(-1, 1);
+    EXPECT_EQ(sizes, QList<qint64>()
+                         << 4 << m_stick.read(file(7)).size() << m_stick.read(name).size());
+    EXPECT_GT(sizes.last(), 0);
+}
+
 TEST_F(ExporterFiles, TheLogsTypeChoosesTheErrorFlag) {
     m_exporter->outputErrorLog(QStringList(), 2);
     EXPECT_FALSE(m_exporter->readingFromDMC50Error() || m_exporter->writingToDMC50Error());
@@ -132,6 +159,8 @@ TEST_F(ExporterFiles, OfSeveralMatchesTheOperatorChooses) {
               QStringList() << onStick("PROG_7.txt") << onStick("PROG_7_old.txt"));
     EXPECT_EQ(program(2), imageOf(2)); // which only the chosen file has
     EXPECT_EQ(readTag("VVT_ERROR0"), 0);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(isDialogLeft());
 }
 
 TEST_F(ExporterFiles, AChoiceClosedWithoutTheButtonWritesTheFirstFile) {

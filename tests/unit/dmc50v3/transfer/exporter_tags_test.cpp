@@ -89,6 +89,15 @@ TEST_F(ExporterTags, EnableWrittenWithZeroChangesNothing) {
     EXPECT_FALSE(m_stick.contains(file(0)));
 }
 
+TEST_F(ExporterTags, EnableIsAnyNumberButZero) {
+    choose(7, 0);
+    writeBytes("VVT_ENABLE1", QByteArray("\x80", 1));
+    writeBytes("VVT_ENABLE0", QByteArray("\x02", 1));
+    waitForWorker();
+    EXPECT_TRUE(m_stick.contains(file(7)));
+    EXPECT_TRUE(m_stick.contains(QLatin1String("WRITE_PROG_7_ERROR.txt"))); // without programs
+}
+
 TEST_F(ExporterTags, WritingProgressHasNoEffect) {
     writeTag("VVT_PROGRESS0", 50);
     writeTag("VVT_PROGRESS1", 50);

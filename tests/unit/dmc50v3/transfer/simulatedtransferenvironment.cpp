@@ -31,6 +31,8 @@ QString SimulatedTransferEnvironment::usbMountPath() {
 }
 
 void SimulatedTransferEnvironment::syncStorage() {
+    if (m_on_sync)
+        m_on_sync();
     QMutexLocker lock(&m_mutex);
     ++m_syncs;
 }

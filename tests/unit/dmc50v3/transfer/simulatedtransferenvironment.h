@@ -26,6 +26,9 @@ public:
      *  Set it before a transfer starts. */
     std::function<void(quint32 msecs)> m_before_sleep;
 
+    /** Called in the transfer's thread when it wants the storage synced; likewise. */
+    std::function<void()> m_on_sync;
+
     /** What transfers read from the clock in place of the simulated time; likewise. */
     std::function<qint64()> m_read_clock;
 

@@ -23,6 +23,18 @@ TEST(TransferProgress, AQueueThatHasGrownGivesAHugeRatio) {
     EXPECT_EQ(TransferProgress::ratioPercent(TransferProgress::drainRatio(0, 3)), INT_MAX);
 }
 
+TEST(TransferProgress, WhatAnIntCannotHoldIsTheLargestInt) {
+    EXPECT_EQ(TransferProgress::ratioPercent(21474834.0f), 2147483392); // the next float below
+    EXPECT_EQ(TransferProgress::ratioPercent(21474836.0f), INT_MAX);    // 2147483648.0f
+}
+
+TEST(DrainWatch, AQueueThatNeverMovesIsStalledAtTheSeventhPoll) {
+    DrainWatch watch;
+    for (int poll = 1; poll <= 6; ++poll)
+        EXPECT_FALSE(watch.isStalled(0.0f));
+    EXPECT_TRUE(watch.isStalled(0.0f));
+}
+
 TEST(DrainWatch, SixPollsWithoutChangeAreTooMany) {
     DrainWatch watch;
     EXPECT_FALSE(watch.isStalled(0.5f));
