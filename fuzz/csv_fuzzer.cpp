@@ -1,6 +1,7 @@
 // Files of any bytes, loaded with any settings: no crash, no error without its
 // text, every row as wide as the header, and what was loaded can be written and
 // read again.
+#include "runtime/panel/availablememory.h"
 #include "runtime/panel/csvrowreader.h"
 #include "runtime/panel/csvtext.h"
 #include "runtime/panel/kcsvloader.h"
@@ -75,8 +76,9 @@ void requireReadBack(const QList<QStringList>& rows) {
             kept.append(row);
         }
     QTextStream stream(&text, QIODevice::ReadOnly);
-    CsvLines lines(stream);
-    CsvRowReader reader(lines, tab);
+    CsvMemory memory(UnlimitedMemory);
+    CsvLines lines(stream, memory);
+    CsvRowReader reader(lines, tab, memory);
     for (const QStringList& row : kept) {
         QStringList again;
         require(reader.read(row, again) == CsvRowReader::Row);

@@ -1,5 +1,6 @@
 #include "host/recipe/recipetext.h"
 
+#include "runtime/panel/availablememory.h"
 #include "runtime/panel/csvlines.h"
 #include "runtime/panel/csvrowreader.h"
 #include "runtime/panel/kcsvloader.h"
@@ -58,8 +59,8 @@ public:
         QStringList warnings;
         ContentStream text(content);
         loadFile(text.stream(), m_errors, warnings);
-        if (m_status == FileNotOpened)
-            m_errors.append(QStringLiteral("far too many columns for its rows"));
+        if (m_status == FileNotOpened && m_errors.isEmpty())
+            m_errors.append(QStringLiteral("it takes more memory than there is"));
     }
     const QStringList& errors() const { return m_errors; }
     bool hasDetectedDelimiter() const { return m_delimiter_detected; }
@@ -114,8 +115,9 @@ void judgeLoad(RecipeText& text, const OpinionLoader& loader) {
 
 QVector<RecipeLine> cutLines(const QByteArray& content, const QString& delimiter) {
     ContentStream text(content);
-    CsvLines lines(text.stream());
-    CsvRowReader reader(lines, delimiter);
+    CsvMemory memory(availableMemory());
+    CsvLines lines(text.stream(), memory);
+    CsvRowReader reader(lines, delimiter, memory);
     QVector<RecipeLine> cut;
     for (;;) {
         RecipeLine line;

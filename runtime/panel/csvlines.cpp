@@ -8,6 +8,10 @@ namespace {
 // nothing beside their text, small enough that freeing them one by one helps.
 const int BlockCharacters = 256 * 1024;
 
+// Of a line that goes on over blocks: its room grows ahead to the double, and
+// it is copied once.
+const qint64 CopiesOfALine = 3;
+
 const QChar* lineFeedIn(const TextSpan& text) {
     return std::find(text.begin, text.end, QChar(QLatin1Char('\n')));
 }
@@ -20,35 +24,54 @@ TextSpan withoutCarriageReturn(TextSpan line) {
 
 } // namespace
 
-CsvLines::CsvLines(QTextStream& stream) : m_characters(0), m_count(0) {
+CsvLines::CsvLines(QTextStream& stream, CsvMemory& memory)
+    : m_memory(memory), m_count(0), m_is_too_long(!read(stream)) {
+    if (m_is_too_long) {
+        m_blocks.clear();
+        m_count = 0;
+    }
+}
+
+/** False if the text is too long or does not fit into the memory. */
+bool CsvLines::read(QTextStream& stream) {
     QString begun; // a line whose end has not been read yet
+    qint64 characters = 0;
     for (;;) {
         const QString text = stream.read(BlockCharacters);
         if (text.isEmpty())
             break;
-        m_characters += text.size();
-        if (isTooLong()) {
-            m_blocks.clear();
-            m_count = 0;
-            return;
-        }
+        characters += text.size();
+        const qint64 longest = qint64(begun.size()) + text.size();
+        if (characters > MaxCharacters ||
+            !m_memory.hasRoomFor(CopiesOfALine * bytesOfText(longest)))
+            return false;
         const int whole = text.lastIndexOf(QLatin1Char('\n')) + 1;
-        if (whole > 0) {
-            append(begun + text.left(whole));
-            begun = text.mid(whole);
-        } else {
+        if (whole == 0) {
             begun += text;
+            continue;
         }
+        if (!append(begun, TextSpan(text.constData(), text.constData() + whole)))
+            return false;
+        begun = text.mid(whole);
     }
-    if (!begun.isEmpty()) {
-        append(begun);
-        ++m_count; // the last line has no line feed
-    }
+    if (begun.isEmpty())
+        return true;
+    ++m_count; // the last line has no line feed
+    return append(begun, TextSpan());
 }
 
-void CsvLines::append(const QString& whole_lines) {
-    m_blocks.push_back(whole_lines);
-    m_count += whole_lines.count(QLatin1Char('\n'));
+/** A block of @p begun and @p rest, which end with a line; false if there is no
+ *  room for it. */
+bool CsvLines::append(const QString& begun, const TextSpan& rest) {
+    const int characters = begun.size() + rest.size();
+    if (!m_memory.take(bytesOfText(characters)))
+        return false;
+    QString block = begun;
+    block.reserve(characters); // exactly: text that is appended makes more room than it needs
+    rest.appendTo(block);
+    m_count += block.count(QLatin1Char('\n'));
+    m_blocks.push_back(block);
+    return true;
 }
 
 QString CsvLines::first() const {
@@ -67,6 +90,7 @@ bool CsvLines::next(TextSpan& line) {
 
 bool CsvLines::openNextBlock() {
     if (m_rest.begin) { // the front block has been taken whole
+        m_memory.giveBack(bytesOfText(m_blocks.front().size()));
         m_blocks.pop_front();
         m_rest = TextSpan();
     }

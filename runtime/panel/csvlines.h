@@ -1,6 +1,8 @@
 #ifndef RUNTIME_PANEL_CSVLINES_H
 #define RUNTIME_PANEL_CSVLINES_H
 
+#include "runtime/panel/csvmemory.h"
+
 #include <QChar>
 #include <QString>
 
@@ -43,15 +45,13 @@ public:
     /** Characters of the longest text: 512 MiB of memory. */
     static const qint64 MaxCharacters = 256 * 1024 * 1024;
 
-    /** Reads @p stream to its end, or gives up after MaxCharacters: a file can
-     *  be far longer than the memory, or without an end. */
-    explicit CsvLines(QTextStream& stream);
+    /** Reads @p stream to its end, or gives up after MaxCharacters or without
+     *  room in @p memory, which must outlive this object and gets back what is
+     *  freed: a file can be far longer than the memory, or without an end. */
+    CsvLines(QTextStream& stream, CsvMemory& memory);
 
     /** True if the stream is longer; there are no lines then. */
-    bool isTooLong() const { return m_characters > MaxCharacters; }
-
-    /** Characters in the stream, those of the line ends included. */
-    qint64 characters() const { return m_characters; }
+    bool isTooLong() const { return m_is_too_long; }
 
     /** Lines in the stream, taken or not. */
     int count() const { return m_count; }
@@ -67,13 +67,15 @@ public:
 private:
     Q_DISABLE_COPY(CsvLines)
 
-    void append(const QString& whole_lines);
+    bool read(QTextStream& stream);
+    bool append(const QString& begun, const TextSpan& rest);
     bool openNextBlock();
 
+    CsvMemory& m_memory;
     std::deque<QString> m_blocks; // whole lines each; with m_rest open, the front is being taken
     TextSpan m_rest;              // not yet taken of the front block
-    qint64 m_characters;
     int m_count;
+    bool m_is_too_long;
 };
 
 #endif

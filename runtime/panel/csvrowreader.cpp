@@ -4,6 +4,10 @@ namespace {
 
 const QChar Quote = QLatin1Char('"');
 
+// Of a quoted field: joined from its lines, with room that grows ahead to the
+// double, without its doubled quotes, and kept.
+const qint64 CopiesOfAField = 4;
+
 bool startsWithQuote(const TextSpan& text) {
     return !text.isEmpty() && *text.begin == Quote;
 }
@@ -32,12 +36,6 @@ QString unescaped(TextSpan inside) {
     return text;
 }
 
-QString unquoted(const TextSpan& field) {
-    const TextSpan inside(field.begin + 1, field.end - 1);
-    const bool plain = std::find(inside.begin, inside.end, Quote) == inside.end;
-    return plain ? inside.toString() : unescaped(inside);
-}
-
 /** The field of the next column in @p above, if @p text equals it. */
 const QString* sameAbove(const QStringList& above, int column, const TextSpan& text) {
     if (column >= above.size() || above.at(column).size() != text.size())
@@ -46,15 +44,11 @@ const QString* sameAbove(const QStringList& above, int column, const TextSpan& t
     return std::equal(text.begin, text.end, field.constData()) ? &field : nullptr;
 }
 
-void appendField(const QStringList& above, const TextSpan& text, QStringList& row) {
-    const QString* const same = sameAbove(above, row.size(), text);
-    row.append(same ? *same : text.toString());
-}
-
 } // namespace
 
-CsvRowReader::CsvRowReader(CsvLines& lines, const QString& delimiter)
+CsvRowReader::CsvRowReader(CsvLines& lines, const QString& delimiter, CsvMemory& memory)
     : m_lines(lines)
+    , m_memory(memory)
     , m_pieces(delimiter)
     , m_odd_delimiter(delimiter.count(Quote) % 2 != 0)
     , m_line_index(-1) {}
@@ -65,17 +59,18 @@ CsvRowReader::Outcome CsvRowReader::read(const QStringList& above, QStringList& 
             return End;
     } while (m_line.isEmpty());
 
+    if (!m_memory.take(bytesOfList(above.size()) + BytesOfListGrowth))
+        return OutOfMemory;
     row.reserve(above.size());
     TextSpan piece;
     while (m_pieces.next(piece)) {
-        if (!startsWithQuote(piece)) {
-            appendField(above, piece, row);
-            continue;
+        if (startsWithQuote(piece)) {
+            const Outcome outcome = appendQuoted(piece, above, row);
+            if (outcome != Row)
+                return outcome;
+        } else if (!appendField(above, piece, row)) {
+            return OutOfMemory;
         }
-        QString text;
-        if (!readQuoted(piece, text))
-            return UnclosedQuote;
-        appendField(above, TextSpan(text), row);
     }
     return Row;
 }
@@ -88,10 +83,23 @@ bool CsvRowReader::takeLine() {
     return true;
 }
 
-/** Follows the field whose first piece is @p field to its end; false if the
- *  lines end first. Quotes are counted once per piece, never for the joined
- *  text, so that a field of any length takes linear time. */
-bool CsvRowReader::readQuoted(TextSpan field, QString& text) {
+/** False without room for the field. */
+bool CsvRowReader::appendField(const QStringList& above, const TextSpan& text, QStringList& row) {
+    const int column = row.size();
+    const QString* const same = sameAbove(above, column, text);
+    const qint64 bytes =
+        (same ? 0 : bytesOfText(text.size())) + (column < above.size() ? 0 : BytesOfListGrowth);
+    if (!m_memory.take(bytes))
+        return false;
+    row.append(same ? *same : text.toString());
+    return true;
+}
+
+/** Follows the field whose first piece is @p field to its end, over lines if
+ *  need be, and appends it. Quotes are counted once per piece, never for the
+ *  joined text, so that a field of any length takes linear time. */
+CsvRowReader::Outcome CsvRowReader::appendQuoted(TextSpan field, const QStringList& above,
+                                                 QStringList& row) {
     QString earlier; // the field's text on the lines before this one
     bool odd = hasOddQuotes(field);
     while (odd || !endsWithQuote(field)) {
@@ -100,19 +108,31 @@ bool CsvRowReader::readQuoted(TextSpan field, QString& text) {
             odd = odd != m_odd_delimiter;
             field.end = piece.end;
         } else {
+            if (!hasRoomForCopies(earlier.size() + field.size() + 1))
+                return OutOfMemory;
             field.appendTo(earlier);
             earlier += QLatin1Char('\n');
             if (!takeLine())
-                return false;
+                return UnclosedQuote;
             m_pieces.next(piece);
             field = piece;
         }
         odd = odd != hasOddQuotes(piece);
     }
+    if (!hasRoomForCopies(earlier.size() + field.size()))
+        return OutOfMemory;
     if (!earlier.isEmpty()) {
         field.appendTo(earlier);
         field = TextSpan(earlier);
     }
-    text = unquoted(field);
-    return true;
+    const TextSpan inside(field.begin + 1, field.end - 1);
+    const bool plain = std::find(inside.begin, inside.end, Quote) == inside.end;
+    const bool appended = plain ? appendField(above, inside, row)
+                                : appendField(above, TextSpan(unescaped(inside)), row);
+    return appended ? Row : OutOfMemory;
+}
+
+/** Whether a field of so many characters can be joined and unescaped. */
+bool CsvRowReader::hasRoomForCopies(int characters) const {
+    return m_memory.hasRoomFor(CopiesOfAField * bytesOfText(characters));
 }

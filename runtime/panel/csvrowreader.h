@@ -14,13 +14,15 @@
 class CsvRowReader {
 public:
     enum Outcome {
-        Row,          // a row was read
-        End,          // no line is left
-        UnclosedQuote // the lines ended inside a quoted field; its row is lost
+        Row,           // a row was read
+        End,           // no line is left
+        UnclosedQuote, // the lines ended inside a quoted field; its row is lost
+        OutOfMemory    // there is no room for the row; it is lost
     };
 
-    /** @p lines must outlive this object. */
-    CsvRowReader(CsvLines& lines, const QString& delimiter);
+    /** @p lines and @p memory, of which the rows are taken, must outlive this
+     *  object. */
+    CsvRowReader(CsvLines& lines, const QString& delimiter, CsvMemory& memory);
 
     /** Appends the next row's fields to @p row. A field that equals the one of
      *  its column in @p above shares that one's text: tables repeat themselves
@@ -34,9 +36,12 @@ private:
     Q_DISABLE_COPY(CsvRowReader)
 
     bool takeLine();
-    bool readQuoted(TextSpan field, QString& text);
+    bool appendField(const QStringList& above, const TextSpan& text, QStringList& row);
+    Outcome appendQuoted(TextSpan field, const QStringList& above, QStringList& row);
+    bool hasRoomForCopies(int characters) const;
 
     CsvLines& m_lines;
+    CsvMemory& m_memory;
     CsvPieces m_pieces;
     const bool m_odd_delimiter; // it holds an odd number of double quotes
     TextSpan m_line;

@@ -1,5 +1,6 @@
 #include "runtime/panel/kcsvloader.h"
 
+#include "runtime/panel/availablememory.h"
 #include "runtime/panel/csvrowreader.h"
 #include "runtime/panel/csvtext.h"
 
@@ -9,21 +10,23 @@
 #include <QMessageBox>
 #include <QTextStream>
 
+#include <new>
+
+#include <malloc.h>
+
 namespace {
 
 const int MaxErrorsShown = 22;       // what fits on the panel's screen
 const int PlausibleFieldLength = 5;  // longer header fields on average are suspect
 const int DetectableOccurrences = 2; // of a delimiter in a header
 
-// Empty fields that short rows may be given in all. Each takes a pointer's
-// memory, whatever it is shared with; a file of a wide header and many rows of a
-// character each would ask for their product. So the worst file of 100 MB takes
-// 14 GB on a 64-bit machine: lines of one character, most of it for their warnings.
-const qint64 PaddingPerCharacter = 4;
-const qint64 PaddingOfAnyFile = 4 * 1024 * 1024;
+const int MessageCharacters = 48; // of the longest usual warning
 
-qint64 paddingAllowed(const CsvLines& lines) {
-    return qMax(PaddingOfAnyFile, lines.characters() * PaddingPerCharacter);
+/** True unless the table of a file of so many bytes takes more memory than there
+ *  is: its text alone takes as much in UTF-16, and while fields are copied out of
+ *  the text, the heads of their copies take what becomes free of it. */
+bool canHoldFileOf(qint64 bytes) {
+    return CsvMemory(availableMemory()).hasRoomFor(bytes);
 }
 
 } // namespace
@@ -56,7 +59,8 @@ bool KCSVLoader::openFile(QString fileName) {
 
     // Another kind of file may block when it is opened, or never end.
     QFile file(fileName);
-    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text) ||
+        !canHoldFileOf(file.size())) {
         m_status = FileNotOpened;
         return false;
     }
@@ -65,16 +69,15 @@ bool KCSVLoader::openFile(QString fileName) {
     stream.setCodec(m_codec);
     m_status = LoadedWithoutWarnings;
     loadFile(stream, m_error_message_list, m_warning_message_list);
+    if (!m_error_message_list.isEmpty())
+        showErrors();
     if (m_status == FileNotOpened) { // it takes too much memory
-        m_content.clear();
         m_warning_message_list.clear();
         return false;
     }
 
-    if (!m_error_message_list.isEmpty()) {
-        showErrors();
+    if (!m_error_message_list.isEmpty())
         m_status = LoadedWithErrors;
-    }
     // Whatever was set before: errors and a detected delimiter included.
     if (m_warning_message_list.isEmpty())
         m_status = LoadedWithoutWarnings;
@@ -96,9 +99,18 @@ QString KCSVLoader::askFileName() {
 }
 
 void KCSVLoader::loadFile(QTextStream& stream, QStringList& errors, QStringList& warnings) {
-    CsvLines lines(stream);
+    try {
+        loadTable(stream, errors, warnings);
+    } catch (const std::bad_alloc&) { // other programs took memory meanwhile
+        refuse();
+    }
+}
+
+void KCSVLoader::loadTable(QTextStream& stream, QStringList& errors, QStringList& warnings) {
+    CsvMemory memory(availableMemory());
+    CsvLines lines(stream, memory);
     if (lines.isTooLong()) {
-        m_status = FileNotOpened;
+        refuse();
         return;
     }
     if (lines.count() < 2) {
@@ -106,7 +118,7 @@ void KCSVLoader::loadFile(QTextStream& stream, QStringList& errors, QStringList&
         return;
     }
     emit updateStatus(QLatin1String("total lines"), lines.count());
-    m_content.clear();
+    clearContent(memory);
 
     QString used_delimiter = delimiter();
     const QString header = lines.first();
@@ -116,14 +128,29 @@ void KCSVLoader::loadFile(QTextStream& stream, QStringList& errors, QStringList&
         return;
     if (m_delimiter_detected)
         columns = csvColumnCount(header, used_delimiter);
-    loadRows(lines, used_delimiter, columns, errors, warnings);
+    CsvRowReader reader(lines, used_delimiter, memory);
+    loadRows(reader, memory, columns, errors, warnings);
 }
 
-void KCSVLoader::loadRows(CsvLines& lines, const QString& delimiter, int columns,
-                          QStringList& errors, QStringList& warnings) {
+void KCSVLoader::refuse() {
+    m_content.clear();
+    m_status = FileNotOpened;
+}
+
+/** Gives the memory of the last load's table back, so that it counts as
+ *  available to this one. */
+void KCSVLoader::clearContent(CsvMemory& memory) {
+    if (m_content.isEmpty())
+        return;
+    m_content.clear();
+    malloc_trim(0); // or the heap would keep it
+    memory.restart(availableMemory());
+}
+
+void KCSVLoader::loadRows(CsvRowReader& reader, CsvMemory& memory, int columns, QStringList& errors,
+                          QStringList& warnings) {
     const QString current_line = QLatin1String("current line");
-    qint64 padding_left = paddingAllowed(lines);
-    CsvRowReader reader(lines, delimiter);
+    qint64 padding_bytes = 0;
     QStringList above;
     for (;;) {
         QStringList row;
@@ -131,19 +158,33 @@ void KCSVLoader::loadRows(CsvLines& lines, const QString& delimiter, int columns
         const int line = reader.lineIndex();
         if (outcome == CsvRowReader::UnclosedQuote)
             errors.append(tr("Format error at line %1").arg(line + 2)); // the missing line
-        if (outcome != CsvRowReader::Row)
+        if (outcome == CsvRowReader::End || outcome == CsvRowReader::UnclosedQuote)
             return;
-        if (m_tolerate_column_mismatch)
-            padding_left -= qMax(0, columns - row.size());
-        if (padding_left < 0) {
-            m_status = FileNotOpened;
+        if (outcome == CsvRowReader::OutOfMemory || !takeFitting(row, above, columns, memory)) {
+            refuse();
+            if (padding_bytes > memory.taken() / 2)
+                errors.append(tr("Not enough memory to fill up the rows short of header."));
             return;
         }
+        if (m_tolerate_column_mismatch)
+            padding_bytes += qint64(sizeof(void*)) * qMax(0, columns - row.size());
         fitToHeader(row, line, columns, errors, warnings);
         m_content.append(row);
         above = row;
         emit updateStatus(current_line, line);
     }
+}
+
+/** Takes the memory of what fitToHeader() adds to @p row, which has room for as
+ *  many fields as the row above; false without so much. */
+bool KCSVLoader::takeFitting(const QStringList& row, const QStringList& above, int columns,
+                             CsvMemory& memory) const {
+    if (row.size() == columns)
+        return true;
+    qint64 bytes = bytesOfText(MessageCharacters) + BytesOfListGrowth;
+    if (m_tolerate_column_mismatch && row.size() < columns && above.size() < columns)
+        bytes += bytesOfList(columns);
+    return memory.take(bytes);
 }
 
 /** @p line is the 0-based index of the row's last line; the first line is the
@@ -164,6 +205,7 @@ void KCSVLoader::fitToHeader(QStringList& row, int line, int columns, QStringLis
         return;
     }
     warnings.append(tr("Line %1 is %2 columns short of header.").arg(line + 1).arg(-surplus));
+    row.reserve(columns);
     while (row.size() < columns)
         row.append(QString());
 }

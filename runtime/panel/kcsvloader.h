@@ -5,7 +5,8 @@
 
 #include <QList>
 
-class CsvLines;
+class CsvMemory;
+class CsvRowReader;
 class QTextStream;
 
 /** Loads a table from a delimited text file.
@@ -13,10 +14,12 @@ class QTextStream;
  *  The encoding is the codec's, unless the file begins with a byte-order mark:
  *  that overrules the codec, so a UTF-16BE or UTF-8 file with a mark is read
  *  right whatever the codec. Carriage returns are dropped wherever they stand.
- *  Time and memory are linear in the file's size. To keep that so, a file counts
- *  as one that cannot be opened if it is not a regular one, if it is longer than
- *  256 Mi characters, or if its short rows would be padded to the header's width
- *  with more than 4 Mi empty fields and more than 4 for each of its characters. */
+ *  Time is linear in the file's size and the padding of its short rows. A file
+ *  counts as one that cannot be opened if it is not a regular one, if it is
+ *  longer than 256 Mi characters, or if its table takes more memory than the
+ *  process has available, by its size before anything is read, else as soon as
+ *  that shows; if most of it went into the padding of short rows, an error says
+ *  so. Nothing is thrown. */
 class PANEL_SERVICE KCSVLoader : public KCSVInterface {
     Q_OBJECT
 
@@ -39,7 +42,8 @@ public:
     // The steps of openFile().
 
     /** Reads the rows of @p stream and appends what is wrong with them to the
-     *  two lists. A stream that takes too much memory sets the status alone. */
+     *  two lists. A stream that takes too much memory leaves no rows and sets
+     *  the status; only where that is due to its short rows there is an error. */
     void loadFile(QTextStream& stream, QStringList& errors, QStringList& warnings);
 
     /** Looks for a tab, then a comma, that stands at least twice in @p line and
@@ -70,8 +74,13 @@ protected:
 
 private:
     QString askFileName();
-    void loadRows(CsvLines& lines, const QString& delimiter, int columns, QStringList& errors,
+    void loadTable(QTextStream& stream, QStringList& errors, QStringList& warnings);
+    void clearContent(CsvMemory& memory);
+    void refuse();
+    void loadRows(CsvRowReader& reader, CsvMemory& memory, int columns, QStringList& errors,
                   QStringList& warnings);
+    bool takeFitting(const QStringList& row, const QStringList& above, int columns,
+                     CsvMemory& memory) const;
     void fitToHeader(QStringList& row, int line, int columns, QStringList& errors,
                      QStringList& warnings);
     void showErrors();

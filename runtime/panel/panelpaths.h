@@ -21,6 +21,8 @@ struct PanelPaths {
 
     QString disk_statistics = QString::fromLatin1("/proc/diskstats");
 
+    QString memory_information = QString::fromLatin1("/proc/meminfo");
+
     QString usb_folder = QString::fromLatin1("/usb");
     QString sd_folder = QString::fromLatin1("/sd");
 

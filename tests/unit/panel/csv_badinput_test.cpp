@@ -108,28 +108,6 @@ TEST_F(CsvBadInput, AFileLongerThanAnyTableCannotBeOpened) {
     EXPECT_EQ(loader.errorMessageList(), QStringList());
 }
 
-TEST_F(CsvBadInput, ShortRowsArePaddedOnlyToAnAmountOfMemory) {
-    const QByteArray header = QByteArray(4095, '\t') + '\n'; // 4 Mi fields in 1024 rows
-    writeRepeated(header.constData(), "1\n", 1000, "");
-    EXPECT_TRUE(loader.openFile(path));
-    EXPECT_EQ(loader.m_content.last().size(), 4096);
-    EXPECT_EQ(loader.warningMessageList().size(), 1000);
-
-    writeRepeated(header.constData(), "1\n", 2000, "");
-    EXPECT_FALSE(loader.openFile(path));
-    EXPECT_TRUE(loader.fileContent().isEmpty());
-    EXPECT_EQ(loader.errorMessageList(),
-              texts({"File cannot be opened.", "Please select the right file."}));
-    EXPECT_EQ(loader.warningMessageList(), QStringList());
-    EXPECT_TRUE(loader.m_content.isEmpty());
-}
-
-TEST_F(CsvBadInput, ALongFileMayBePaddedMore) {
-    writeRepeated("a\tb\tc\td\te\n", "1\n", 11 * Million / 10, "");
-    EXPECT_TRUE(loader.openFile(path));
-    EXPECT_EQ(loader.m_content.last(), texts({"1", "", "", "", ""}));
-}
-
 TEST_F(CsvBadInput, AFileThatIsRefusedDoesNotSpoilTheNext) {
     EXPECT_FALSE(loader.openFile(text("/dev/zero")));
     writeRepeated("a\tb\n", "1\t2\n", 1000, "");

@@ -1,5 +1,6 @@
 #include "runtime/panel/csvlines.h"
 
+#include "runtime/panel/availablememory.h"
 #include "runtime/panel/csvpieces.h"
 #include "tests/unit/panel/csvtesting.h"
 
@@ -48,7 +49,8 @@ QString randomText(std::mt19937& random, const char* alphabet, int length) {
 void expectReadLinesOwnLines(QString source) {
     QTextStream reference(&source, QIODevice::ReadOnly);
     QTextStream stream(&source, QIODevice::ReadOnly);
-    CsvLines lines(stream);
+    CsvMemory memory(UnlimitedMemory);
+        CsvLines lines(stream, memory);
     const QStringList expected = readByReadLine(reference);
     EXPECT_EQ(lines.count(), expected.size());
     EXPECT_EQ(taken(lines), expected) << source.toUtf8().toPercentEncoding().constData();
@@ -73,7 +75,8 @@ TEST(CsvLines, AreThoseOfReadLineInAFileOpenedAsText) {
         ASSERT_TRUE(buffer.open(QIODevice::ReadOnly | QIODevice::Text));
         QTextStream reference(&reference_buffer);
         QTextStream stream(&buffer);
-        CsvLines lines(stream);
+        CsvMemory memory(UnlimitedMemory);
+        CsvLines lines(stream, memory);
         EXPECT_EQ(taken(lines), readByReadLine(reference)) << bytes.toPercentEncoding().constData();
     }
 }
@@ -101,7 +104,8 @@ TEST(CsvLines, EndTheirBlocksAnywhere) {
 TEST(CsvLines, ShowTheirFirstBeforeItIsTaken) {
     QString source = text("first\r\nsecond");
     QTextStream stream(&source, QIODevice::ReadOnly);
-    CsvLines lines(stream);
+    CsvMemory memory(UnlimitedMemory);
+        CsvLines lines(stream, memory);
     EXPECT_EQ(lines.first(), text("first"));
     EXPECT_EQ(taken(lines), texts({"first", "second"}));
 }
