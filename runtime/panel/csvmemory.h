@@ -43,7 +43,6 @@ public:
         const quint64 kept = available / KeptFraction + KeptBytes;
         const quint64 room = available > kept ? available - kept : 0;
         m_left = qint64(qMin(room, quint64(Q_INT64_C(1) << 62)));
-        m_taken = 0;
     }
 
     bool hasRoomFor(qint64 bytes) const { return bytes <= m_left; }
@@ -53,17 +52,10 @@ public:
         if (!hasRoomFor(bytes))
             return false;
         m_left -= bytes;
-        m_taken += bytes;
         return true;
     }
 
-    void giveBack(qint64 bytes) {
-        m_left += bytes;
-        m_taken -= bytes;
-    }
-
-    /** Bytes that are taken now. */
-    qint64 taken() const { return m_taken; }
+    void giveBack(qint64 bytes) { m_left += bytes; }
 
 private:
     // Estimates are wrong by some percent, and the other programs go on meanwhile.
@@ -71,7 +63,6 @@ private:
     static const quint64 KeptBytes = 4 * 1024 * 1024; // the stream's buffers
 
     qint64 m_left;
-    qint64 m_taken;
 };
 
 #endif

@@ -51,7 +51,8 @@ CsvRowReader::CsvRowReader(CsvLines& lines, const QString& delimiter, CsvMemory&
     , m_memory(memory)
     , m_pieces(delimiter)
     , m_odd_delimiter(delimiter.count(Quote) % 2 != 0)
-    , m_line_index(-1) {}
+    , m_line_index(-1)
+    , m_taken_bytes(0) {}
 
 CsvRowReader::Outcome CsvRowReader::read(const QStringList& above, QStringList& row) {
     do {
@@ -59,7 +60,7 @@ CsvRowReader::Outcome CsvRowReader::read(const QStringList& above, QStringList& 
             return End;
     } while (m_line.isEmpty());
 
-    if (!m_memory.take(bytesOfList(above.size()) + BytesOfListGrowth))
+    if (!take(bytesOfList(above.size()) + BytesOfListGrowth))
         return OutOfMemory;
     row.reserve(above.size());
     TextSpan piece;
@@ -73,6 +74,11 @@ CsvRowReader::Outcome CsvRowReader::read(const QStringList& above, QStringList& 
         }
     }
     return Row;
+}
+
+bool CsvRowReader::take(qint64 bytes) {
+    m_taken_bytes += bytes;
+    return m_memory.take(bytes);
 }
 
 bool CsvRowReader::takeLine() {
@@ -89,7 +95,7 @@ bool CsvRowReader::appendField(const QStringList& above, const TextSpan& text, Q
     const QString* const same = sameAbove(above, column, text);
     const qint64 bytes =
         (same ? 0 : bytesOfText(text.size())) + (column < above.size() ? 0 : BytesOfListGrowth);
-    if (!m_memory.take(bytes))
+    if (!take(bytes))
         return false;
     row.append(same ? *same : text.toString());
     return true;

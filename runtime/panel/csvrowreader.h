@@ -32,9 +32,13 @@ public:
     /** 0-based index of the last line taken, empty ones counted; -1 before. */
     int lineIndex() const { return m_line_index; }
 
+    /** Bytes that all rows have taken so far. */
+    qint64 takenBytes() const { return m_taken_bytes; }
+
 private:
     Q_DISABLE_COPY(CsvRowReader)
 
+    bool take(qint64 bytes);
     bool takeLine();
     bool appendField(const QStringList& above, const TextSpan& text, QStringList& row);
     Outcome appendQuoted(TextSpan field, const QStringList& above, QStringList& row);
@@ -46,6 +50,7 @@ private:
     const bool m_odd_delimiter; // it holds an odd number of double quotes
     TextSpan m_line;
     int m_line_index;
+    qint64 m_taken_bytes;
 };
 
 #endif

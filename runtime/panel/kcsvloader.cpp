@@ -162,7 +162,7 @@ void KCSVLoader::loadRows(CsvRowReader& reader, CsvMemory& memory, int columns, 
             return;
         if (outcome == CsvRowReader::OutOfMemory || !takeFitting(row, above, columns, memory)) {
             refuse();
-            if (padding_bytes > memory.taken() / 2)
+            if (padding_bytes > reader.takenBytes() / 2)
                 errors.append(tr("Not enough memory to fill up the rows short of header."));
             return;
         }

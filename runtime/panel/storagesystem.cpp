@@ -1,6 +1,7 @@
 #include "runtime/panel/storagesystem.h"
 
-#include <QtGlobal>
+#include <QProcess>
+#include <QStringList>
 
 #include <cstdlib>
 #include <sys/mount.h>
@@ -9,6 +10,16 @@
 void StorageSystem::runShell(const QByteArray& command_line) {
     const int status = std::system(command_line.constData());
     Q_UNUSED(status); // an empty or missing listing tells as much
+}
+
+bool StorageSystem::readProgram(const QString& program, int timeout_msecs, QByteArray& output) {
+    output.clear();
+    QProcess process;
+    process.start(program, QStringList());
+    if (!process.waitForStarted(timeout_msecs) || !process.waitForFinished(timeout_msecs))
+        return false;
+    output = process.readAll();
+    return true;
 }
 
 void StorageSystem::unmount(const QByteArray& directory) {

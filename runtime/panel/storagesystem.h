@@ -2,6 +2,7 @@
 #define RUNTIME_PANEL_STORAGESYSTEM_H
 
 #include <QByteArray>
+#include <QString>
 
 #include <sys/statvfs.h>
 
@@ -13,6 +14,11 @@ public:
 
     /** system(): runs a shell command line and waits for its end. */
     virtual void runShell(const QByteArray& command_line);
+
+    /** Runs a program without arguments and reads all that it prints into
+     *  @p output. False, with an empty output, when it has not started within
+     *  @p timeout_msecs, or not ended within as long again. */
+    virtual bool readProgram(const QString& program, int timeout_msecs, QByteArray& output);
 
     virtual void unmount(const QByteArray& directory);
     virtual bool exists(const QByteArray& directory);

@@ -5,21 +5,10 @@
 
 #include <QDebug>
 #include <QMutexLocker>
-#include <QProcess>
 
 namespace {
 
 const int MountTimeoutMsecs = 30000;
-
-/** The output of `mount`; false when it did not start or end in time. */
-bool readMountTable(QString* table) {
-    QProcess mount;
-    mount.start(QString::fromLatin1("mount"), QStringList());
-    if (!mount.waitForStarted(MountTimeoutMsecs) || !mount.waitForFinished(MountTimeoutMsecs))
-        return false;
-    *table = QString::fromLatin1(mount.readAll());
-    return true;
-}
 
 QMap<QString, QString> usbMountsIn(const QString& table) {
     QMap<QString, QString> mounts;
@@ -43,9 +32,10 @@ void X86LinuxHmi::checkGlobalMountStatus() {}
 void X86LinuxHmi::processIOStatus() {}
 
 void X86LinuxHmi::processDeviceMountStatus() {
-    QString table;
-    const bool complete = readMountTable(&table);
-    const QMap<QString, QString> mounts = usbMountsIn(table);
+    QByteArray table;
+    const bool complete =
+        m_system.readProgram(QString::fromLatin1("mount"), MountTimeoutMsecs, table);
+    const QMap<QString, QString> mounts = usbMountsIn(QString::fromLatin1(table));
     {
         QMutexLocker lock(&m_mounts_mutex);
         usbMounts = mounts;

@@ -236,6 +236,7 @@ TEST_F(PanelRoot, HoldsAllServicesOnTheirTruePaths) {
     KDevice* const device = KDevice::getInstance();
     EXPECT_EQ(KDevice::getInstance(), device);
     EXPECT_TRUE(device->isRunning());
+    EXPECT_EQ(device->priority(), QThread::LowestPriority);
     EXPECT_EQ(qApp->property("KDevice").value<void*>(), static_cast<void*>(device));
     EXPECT_EQ(device->getMount(DEVICE_USB), latin1("/run/media/sdz1"));
     KDevice::dropInstance();

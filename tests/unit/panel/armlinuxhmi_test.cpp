@@ -275,6 +275,77 @@ TEST_F(ArmStorage, HasNoSpaceAfterAFailedMeasurement) {
     EXPECT_TRUE(log.contains("get file system info failed"));
 }
 
+TEST_F(ArmStorage, MeasuresOnlyRecordsThatAreComplete) {
+    Device* const device = hmi.addDevice();
+    device->type = DEVICE_USB;
+    device->mountPath = latin1("/somewhere");
+    system.file_systems[latin1("/somewhere")] = fileSystemOf(1000);
+    hmi.processDeviceSpaceStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_USB), 0u);
+    device->state = Device::Mounted;
+    hmi.processDeviceSpaceStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_USB), 4096u * 1000);
+}
+
+TEST_F(ArmStorage, ForgetsASizeOfItsOwnThatCannotBeMeasured) {
+    system.file_systems[latin1("/")] = fileSystemOf(1000);
+    hmi.processDeviceSpaceStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_ROOT), 4096u * 1000);
+    system.file_systems.clear();
+    hmi.processDeviceSpaceStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_ROOT), 0u);
+    EXPECT_EQ(hmi.getFreeSpace(DEVICE_ROOT), 0u);
+}
+
+TEST_F(ArmStorage, LooksUpAndUnmountsNamesOutsideAscii) {
+    mount.setTable("/dev/sdb1 on /run/media/sd\xc3\xa9 type vfat (rw)\n");
+    hmi.checkGlobalMountStatus();
+    system.file_systems[QString::fromUtf8("/run/media/sd\xc3\xa9")] = fileSystemOf(1000);
+    hmi.processDeviceSpaceStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_USB), 4096u * 1000);
+    hmi.testRemove();
+    EXPECT_EQ(system.unmounted, QStringList(QString::fromUtf8("/run/media/sd\xc3\xa9")));
+}
+
+TEST_F(ArmStorage, ReadsTheLastByteOfAMebibyteOfAMountTable) {
+    const QByteArray line = "/dev/sda1 on /run/media/sda1";
+    mount.setTable(QByteArray(1024 * 1024 - line.size() - 1, ' ') + '\n' + line + "x type vfat\n");
+    hmi.checkGlobalMountStatus();
+    EXPECT_EQ(hmi.getMount(DEVICE_USB), latin1("/run/media/sda1")) << "but no byte more";
+}
+
+TEST(StorageSystem, TellsWhetherADirectoryExistsAndHowLargeItsFileSystemIs) {
+    const TemporaryDirectory directory;
+    StorageSystem& system = StorageSystem::real();
+    const QByteArray missing = (directory.path() + latin1("/missing")).toLocal8Bit();
+    EXPECT_TRUE(system.exists(directory.path().toLocal8Bit()));
+    EXPECT_FALSE(system.exists(missing));
+    struct statvfs info = {};
+    EXPECT_TRUE(system.measure(directory.path().toLocal8Bit(), info));
+    EXPECT_GT(info.f_bsize, 0u);
+    EXPECT_FALSE(system.measure(missing, info));
+    EXPECT_EQ(info.f_bsize, 0u);
+    EXPECT_EQ(&StorageSystem::real(), &system);
+}
+
+TEST(StorageSystem, ReadsWhatAProgramPrints) {
+    const FakeMount mount;
+    QByteArray output("earlier");
+    EXPECT_TRUE(StorageSystem::real().readProgram(latin1("true"), 30000, output));
+    EXPECT_EQ(output, QByteArray());
+    EXPECT_TRUE(StorageSystem::real().readProgram(latin1("pwd"), 30000, output));
+    EXPECT_EQ(output.trimmed(), QDir::currentPath().toLocal8Bit());
+    EXPECT_FALSE(StorageSystem::real().readProgram(latin1("/no/such/program"), 30000, output));
+    EXPECT_EQ(output, QByteArray());
+}
+
+TEST(StorageSystem, GivesUpOnAProgramThatDoesNotEnd) {
+    QByteArray output("earlier");
+    // It waits for input that never comes.
+    EXPECT_FALSE(StorageSystem::real().readProgram(latin1("cat"), 100, output));
+    EXPECT_EQ(output, QByteArray());
+}
+
 TEST_F(ArmStorage, RemovesAllFromTheLastToTheFirstWithoutTelling) {
     mount.setRecordedTable("mount_stick_and_card.txt");
     hmi.checkGlobalMountStatus();

@@ -2,6 +2,7 @@
 #include "tests/unit/panel/csvtesting.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTextCodec>
 
 #include <gtest/gtest.h>
@@ -89,6 +90,20 @@ TEST_F(CsvBadInput, WhatIsNoRegularFileCannotBeOpened) {
         EXPECT_EQ(loader.errorMessageList(),
                   texts({"File cannot be opened.", "Please select the right file."}));
     }
+}
+
+TEST_F(CsvBadInput, AFileThatMayNotBeWrittenIsReadAndLeftAsItIs) {
+    const QString program = directory.filePath(text("program"));
+    ASSERT_TRUE(QFile::copy(text("/bin/cat"), program));
+    const QByteArray content = directory.read(text("program"));
+    QProcess running; // so nobody may write it, not even the administrator
+    running.start(program, QStringList());
+    ASSERT_TRUE(running.waitForStarted());
+    loader.openFile(program);
+    EXPECT_NE(loader.m_status, 1);
+    running.closeWriteChannel();
+    EXPECT_TRUE(running.waitForFinished());
+    EXPECT_EQ(directory.read(text("program")), content);
 }
 
 TEST_F(CsvBadInput, ALinkToAFileIsFollowed) {

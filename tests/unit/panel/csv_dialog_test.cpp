@@ -1,5 +1,6 @@
 // What the loader and the saver show in the main thread, and what the operator
 // answers.
+#include "tests/support/machinememory.h"
 #include "tests/unit/panel/csvtesting.h"
 #include "tests/unit/panel/modaloperator.h"
 
@@ -107,6 +108,30 @@ TEST_F(CsvDialogs, ListsTwentyOneErrorsWithoutDots) {
     panel_operator.willPress(QMessageBox::Ok);
     EXPECT_FALSE(loader.openFile(file(("a\tb\n" + rows).constData())));
     EXPECT_TRUE(panel_operator.seen.value(0).text.endsWith(text("\n21. Line 22 format error.")));
+}
+
+TEST_F(CsvDialogs, PutsDotsBehindTheTwentySecondErrorWhetherOrNotMoreFollow) {
+    loader.m_tolerate_column_mismatch = false;
+    for (int count : {22, 23}) {
+        const QByteArray rows = QByteArray("1\n").repeated(count);
+        panel_operator.seen.clear();
+        panel_operator.willPress(QMessageBox::Ok);
+        EXPECT_FALSE(loader.openFile(file(("a\tb\n" + rows).constData())));
+        EXPECT_TRUE(
+            panel_operator.seen.value(0).text.endsWith(text("\n22. Line 23 format error.....")))
+            << count;
+    }
+}
+
+TEST_F(CsvDialogs, ShowsThatItsShortRowsTakeTooMuchMemory) {
+    const MachineMemory machine(32 * 1024 * 1024);
+    const QByteArray table = QByteArray(4095, '\t') + '\n' + QByteArray("1\n").repeated(8000);
+    panel_operator.willPress(QMessageBox::Ok);
+    EXPECT_FALSE(loader.openFile(file(table.constData())));
+    EXPECT_EQ(loader.m_status, 1);
+    EXPECT_EQ(panel_operator.seen.value(0).title, text("File Format Error."));
+    EXPECT_EQ(panel_operator.seen.value(0).text,
+              text("1. Not enough memory to fill up the rows short of header."));
 }
 
 TEST_F(CsvDialogs, WarnsOfAModifiedFormat) {

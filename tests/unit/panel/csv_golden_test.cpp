@@ -172,7 +172,7 @@ TEST(CsvGoldenErrors, ThirtyAreAllListed) {
     WorkerLoader loader;
     loader.m_tolerate_column_mismatch = false;
     EXPECT_FALSE(loader.openFile(pathOf("thirty_errors.txt")));
-    EXPECT_EQ(loader.errorMessageList().size(), 30);
+    ASSERT_EQ(loader.errorMessageList().size(), 30);
     EXPECT_EQ(loader.errorMessageList().first(), text("Line 2 format error."));
     EXPECT_EQ(loader.errorMessageList().last(), text("Line 31 format error."));
 }

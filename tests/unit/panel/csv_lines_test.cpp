@@ -50,7 +50,7 @@ void expectReadLinesOwnLines(QString source) {
     QTextStream reference(&source, QIODevice::ReadOnly);
     QTextStream stream(&source, QIODevice::ReadOnly);
     CsvMemory memory(UnlimitedMemory);
-        CsvLines lines(stream, memory);
+    CsvLines lines(stream, memory);
     const QStringList expected = readByReadLine(reference);
     EXPECT_EQ(lines.count(), expected.size());
     EXPECT_EQ(taken(lines), expected) << source.toUtf8().toPercentEncoding().constData();
@@ -105,7 +105,7 @@ TEST(CsvLines, ShowTheirFirstBeforeItIsTaken) {
     QString source = text("first\r\nsecond");
     QTextStream stream(&source, QIODevice::ReadOnly);
     CsvMemory memory(UnlimitedMemory);
-        CsvLines lines(stream, memory);
+    CsvLines lines(stream, memory);
     EXPECT_EQ(lines.first(), text("first"));
     EXPECT_EQ(taken(lines), texts({"first", "second"}));
 }

@@ -1,4 +1,6 @@
 #include "runtime/panel/diskcounters.h"
+
+#include "runtime/base/connectchecked.h"
 #include "tests/unit/panel/armstoragefixture.h"
 
 #include <random>
@@ -8,6 +10,21 @@ namespace {
 QString latin1(const char* text) {
     return QString::fromLatin1(text);
 }
+
+/** Asks the monitor whenever it tells something. */
+class Asker : public QObject {
+    Q_OBJECT
+public:
+    explicit Asker(ArmLinuxHmi& hmi) : m_hmi(hmi) {}
+
+    QString answer;
+
+public slots:
+    void ask() { answer = m_hmi.getMount(DEVICE_USB); }
+
+private:
+    ArmLinuxHmi& m_hmi;
+};
 
 class DiskActivity : public ArmStorageFixture {
 protected:
@@ -97,6 +114,30 @@ TEST_F(DiskActivity, ReadsLinesInPiecesOf128Bytes) {
     EXPECT_EQ(sample(long_line + "8 1 sda1 0 0 10 20\n"), up) << "the rest is a line of its own";
 }
 
+TEST_F(DiskActivity, CutsALongLineAfter128BytesWithTheFinalZero) {
+    mountNode("/dev/sda1");
+    EXPECT_EQ(sample("8 1 sda1 0 0 10 25\n"), up);
+    const QByteArray record = "sda1 0 0 10 25";
+    const QByteArray front = "8 1" + QByteArray(127 - 3 - record.size(), ' ');
+    EXPECT_EQ(sample(front + record + "77 x y\n"), down) << "the same sum";
+}
+
+TEST_F(DiskActivity, OfTwoRecordsOfANodeIsToldForBoth) {
+    mount.setTable("/dev/sda1 on /run/media/sdx type vfat (rw)\n"
+                   "/dev/sda1 on /run/media/mmcblk1 type vfat (rw)\n");
+    hmi.processDeviceMountStatus();
+    told.take();
+    EXPECT_EQ(sample("8 1 sda1 0 0 10 25\n"), up + QStringList(latin1("inIO 2 0 true")));
+}
+
+TEST_F(DiskActivity, IsToldWhileQuestionsAreAnswered) {
+    mountNode("/dev/sda1");
+    Asker asker(hmi);
+    connectChecked(&hmi, SIGNAL(platDeviceInIO(int, int, bool)), &asker, SLOT(ask()));
+    sample("8 1 sda1 0 0 10 25\n");
+    EXPECT_EQ(asker.answer, latin1("/run/media/sdx")) << "no lock is held";
+}
+
 TEST_F(DiskActivity, WrapsAroundAt64Bits) {
     mountNode("/dev/sda1");
     EXPECT_EQ(sample("8 1 sda1 0 0 18446744073709551615 1\n"), nothing) << "the sum is zero";
@@ -130,3 +171,5 @@ TEST(DiskNames, AreCutAfter12Characters) {
     EXPECT_EQ(diskName("253 0"), QByteArray());
     EXPECT_EQ(diskName(QByteArray()), QByteArray());
 }
+
+#include "diskactivity_test.moc"

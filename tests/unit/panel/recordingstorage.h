@@ -16,6 +16,10 @@ public:
         commands << QString::fromLocal8Bit(command_line);
         StorageSystem::runShell(command_line);
     }
+    bool readProgram(const QString& program, int timeout_msecs, QByteArray& output) override {
+        programs << program + QString::fromLatin1(" within %1 ms").arg(timeout_msecs);
+        return StorageSystem::readProgram(program, timeout_msecs, output);
+    }
     void unmount(const QByteArray& directory) override {
         unmounted << QString::fromLatin1(directory);
     }
@@ -29,6 +33,7 @@ public:
     }
 
     QStringList commands;
+    QStringList programs;
     QStringList unmounted;
     QStringList vanished;
     QMap<QString, struct statvfs> file_systems;

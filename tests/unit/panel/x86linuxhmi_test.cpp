@@ -88,6 +88,52 @@ TEST_F(X86Storage, SurvivesOddLines) {
     EXPECT_EQ(hmi.getMount(DEVICE_USB), latin1("/media/usb\xe9")) << "bytes are Latin-1";
 }
 
+TEST_F(X86Storage, TakesOnlyDirectoriesThatBeginAsItsSticksDo) {
+    mount.setTable("/dev/sdb1 on /mnt/media/usb0 type vfat (rw)\n"
+                   "/dev/sdc1 on /media/us type vfat (rw)\n"
+                   "/dev/sdd1 on /media/USB0 type vfat (rw)\n"
+                   "/media/usb0 on /media/sde type vfat (rw)\n");
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(hmi.getMount(DEVICE_USB), QString());
+    mount.setTable("/dev/sdb1 on /media/usb\n"); // three parts are enough
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(hmi.getMount(DEVICE_USB), latin1("/media/usb"));
+    EXPECT_EQ(told.take(), QStringList(latin1("mounted 1 0 true")));
+}
+
+TEST_F(X86Storage, GivesMountHalfAMinute) {
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(system.programs, QStringList(latin1("mount within 30000 ms")));
+}
+
+TEST_F(X86Storage, RemembersTheSticksThatItToldWhileMountCannotRun) {
+    mount.setTable(TwoSticks);
+    hmi.processDeviceMountStatus();
+    {
+        FakeMount none;
+        none.remove();
+        hmi.processDeviceMountStatus();
+    }
+    told.take();
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(hmi.getMount(DEVICE_USB), latin1("/media/usb0"));
+    EXPECT_EQ(told.take(), QStringList()) << "it never was told to have gone";
+}
+
+TEST_F(X86Storage, KeepsTheLastMeasurementWhileNoStickIsThere) {
+    system.file_systems[latin1("/media/usb0")] = fileSystemOf(1000);
+    mount.setTable(TwoSticks);
+    hmi.processDeviceMountStatus();
+    hmi.processDeviceSpaceStatus();
+    mount.setTable(QByteArray());
+    hmi.processDeviceMountStatus();
+    hmi.processDeviceSpaceStatus();
+    EXPECT_FALSE(log.contains("get file system info failed")) << "nothing to measure";
+    mount.setTable(TwoSticks);
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(hmi.getTotalSpace(DEVICE_USB), 4096u * 1000);
+}
+
 TEST_F(X86Storage, ForgetsTheSticksButTellsNothingWhenMountCannotRun) {
     mount.setTable(TwoSticks);
     hmi.processDeviceMountStatus();

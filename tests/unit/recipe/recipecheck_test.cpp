@@ -1,6 +1,7 @@
 #include "host/recipe/recipecheck.h"
 
 #include "tests/support/goldenprograms.h"
+#include "tests/support/machinememory.h"
 #include "tests/unit/recipe/recipecontent.h"
 
 #include <gtest/gtest.h>
@@ -226,10 +227,12 @@ TEST(RecipeCheck, RefusesWhatTheDriversLoaderCannotLoad) {
 }
 
 TEST(RecipeCheck, RefusesATableThatTheDriverHasNoMemoryFor) {
+    const MachineMemory machine(64 * 1024 * 1024);
     const QString text = QString(10000, QLatin1Char('\t')) + QStringLiteral("\n1").repeated(1000);
     const RecipeCheck check = checkRecipe(encoded(text + QLatin1Char('\n')));
     EXPECT_EQ(texts(check),
-              "f: refused: the driver cannot load it: far too many columns for its rows\n");
+              "f: refused: the driver cannot load it: Not enough memory to fill up the rows short "
+              "of header.\n");
 }
 
 TEST(RecipeCheck, ReadsCommasAsTheDriverDoesAndSaysSo) {
