@@ -368,8 +368,8 @@ quint64 statusBytes(const char* key) {
 }
 
 /** For a process of its own: opens @p path without a limit and then with limits
- *  on either side of what that took at its peak; 0 if the load fits into a third
- *  more and eight mebibytes, but not into the peak itself. */
+ *  on either side of what that took at its peak; 0 if the load fits into half as
+ *  much again and eight mebibytes, but not into the peak itself. */
 int comparingWithThePeak(MachineMemory& machine, const QString& path) {
     malloc_trim(0); // free memory of the parent's would hide what is used
     QFile reset(text("/proc/self/clear_refs"));
@@ -384,7 +384,7 @@ int comparingWithThePeak(MachineMemory& machine, const QString& path) {
     if (!isLoaded())
         return 3;
     const quint64 peak = statusBytes("VmHWM:") - before;
-    machine.setAvailable(peak / 3 * 4 + 8 * MiB);
+    machine.setAvailable(peak / 2 * 3 + 8 * MiB);
     if (!isLoaded())
         return 4;
     machine.setAvailable(peak);
