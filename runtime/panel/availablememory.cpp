@@ -65,8 +65,8 @@ quint64 addressSpaceInUse() {
 quint64 addressSpaceLeft() {
     rlimit limit = {};
     quint64 size = ReachOfAPointer;
-    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
-        size = qMin(size, quint64(limit.rlim_cur));
+    if (getrlimit(RLIMIT_AS, &limit) == 0)
+        size = qMin(size, quint64(limit.rlim_cur)); // without a limit the largest number
     if (size == UnlimitedMemory)
         return UnlimitedMemory;
     const quint64 in_use = addressSpaceInUse();

@@ -50,28 +50,25 @@ bool CsvLines::read(QTextStream& stream) {
             begun += text;
             continue;
         }
-        if (!append(begun, TextSpan(text.constData(), text.constData() + whole)))
-            return false;
+        append(begun, TextSpan(text.constData(), text.constData() + whole));
         begun = text.mid(whole);
     }
-    if (begun.isEmpty())
-        return true;
-    ++m_count; // the last line has no line feed
-    return append(begun, TextSpan());
+    if (!begun.isEmpty()) {
+        append(begun, TextSpan());
+        ++m_count; // the last line has no line feed
+    }
+    return true;
 }
 
-/** A block of @p begun and @p rest, which end with a line; false if there is no
- *  room for it. */
-bool CsvLines::append(const QString& begun, const TextSpan& rest) {
+/** A block of @p begun and @p rest, for which read() has made sure of room. */
+void CsvLines::append(const QString& begun, const TextSpan& rest) {
     const int characters = begun.size() + rest.size();
-    if (!m_memory.take(bytesOfText(characters)))
-        return false;
+    m_memory.take(bytesOfText(characters));
     QString block = begun;
     block.reserve(characters); // exactly: text that is appended makes more room than it needs
     rest.appendTo(block);
     m_count += block.count(QLatin1Char('\n'));
     m_blocks.push_back(block);
-    return true;
 }
 
 QString CsvLines::first() const {

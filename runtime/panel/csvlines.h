@@ -68,7 +68,7 @@ private:
     Q_DISABLE_COPY(CsvLines)
 
     bool read(QTextStream& stream);
-    bool append(const QString& begun, const TextSpan& rest);
+    void append(const QString& begun, const TextSpan& rest);
     bool openNextBlock();
 
     CsvMemory& m_memory;

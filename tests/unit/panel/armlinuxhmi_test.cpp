@@ -148,6 +148,15 @@ TEST_F(ArmStorage, SurvivesOddLinesOfTheMountTable) {
     EXPECT_EQ(told.take(), list("mounted 1 0 true")) << "the second pass does not ask for \"on\"";
 }
 
+TEST_F(ArmStorage, PassesOverLinesWithoutADirectory) {
+    mount.setTable("/dev/sda1 /run/media/sda1\n/dev/sdb1 on\n");
+    hmi.checkGlobalMountStatus();
+    hmi.processDeviceMountStatus();
+    EXPECT_EQ(told.take(), QStringList());
+    EXPECT_EQ(hmi.getMount(DEVICE_USB), QString());
+    EXPECT_EQ(hmi.mounted(latin1("/dev/sdb1")), QString());
+}
+
 TEST_F(ArmStorage, NeverRunsWhatStandsInAMountTable) {
     const QString previous = QDir::currentPath();
     ASSERT_TRUE(QDir::setCurrent(directory.path()));

@@ -21,6 +21,28 @@ QStringList taken(CsvLines& lines) {
     return result;
 }
 
+/** A given number of bytes, of which each 1,048,576th ends a line. */
+class LinesOfAMebibyte : public QIODevice {
+public:
+    explicit LinesOfAMebibyte(qint64 bytes) : m_left(bytes) {}
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 max_size) override {
+        const qint64 to_line_end = (m_left - 1) % (1024 * 1024) + 1;
+        const qint64 size = qMin(max_size, qMin(m_left, to_line_end));
+        std::fill(data, data + size, 'x');
+        m_left -= size;
+        if (size > 0 && m_left % (1024 * 1024) == 0)
+            data[size - 1] = '\n';
+        return size;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    qint64 m_left;
+};
+
 QStringList readByReadLine(QTextStream& stream) {
     QStringList result;
     for (QString line = stream.readLine(); !line.isNull(); line = stream.readLine())
@@ -98,6 +120,19 @@ TEST(CsvLines, EndTheirBlocksAnywhere) {
         expectReadLinesOwnLines(line);
         expectReadLinesOwnLines(line + QLatin1String("\n"));
         expectReadLinesOwnLines(line + QLatin1String("\r\n\r\ny"));
+    }
+}
+
+TEST(CsvLines, AreAtMost256MiCharactersLong) {
+    for (qint64 surplus : {0, 1}) {
+        LinesOfAMebibyte device(CsvLines::MaxCharacters + surplus);
+        ASSERT_TRUE(device.open(QIODevice::ReadOnly));
+        QTextStream stream(&device);
+        stream.setCodec("ISO-8859-1");
+        CsvMemory memory(UnlimitedMemory);
+        const CsvLines lines(stream, memory);
+        EXPECT_EQ(lines.isTooLong(), surplus == 1);
+        EXPECT_EQ(lines.count(), surplus == 1 ? 0 : 256);
     }
 }
 
