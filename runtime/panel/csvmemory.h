@@ -35,7 +35,7 @@ const qint64 BytesOfListGrowth = 2 * sizeof(void*);
 class CsvMemory {
 public:
     /** @p available bytes, of which a part stays for everybody else. */
-    explicit CsvMemory(quint64 available) { restart(available); }
+    explicit CsvMemory(quint64 available) : m_left(0) { restart(available); }
 
     /** A new account of what is available now. What was taken before and is
      *  still held is not in it. */
