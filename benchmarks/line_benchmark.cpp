@@ -15,6 +15,8 @@
 #include <memory>
 #include <mutex>
 
+using namespace host;
+
 namespace {
 
 const int Stations = 4;

@@ -18,6 +18,8 @@
 #include <future>
 #include <mutex>
 
+using namespace host;
+
 namespace {
 
 const int Programs = ProgramTable::MaxPrograms;

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <unistd.h>
 
+using namespace host;
+
 namespace {
 
 const char HOME_AND_CLEAR[] = "\x1b[H\x1b[J"; // redraws without the flicker of a full clear

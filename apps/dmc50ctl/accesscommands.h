@@ -11,15 +11,15 @@
  *  on the communication thread and end soon after @p interrupted is set and the
  *  session cancelled. */
 
-int runRead(PanelSession& session, const Target& target, const Options& options);
+int runRead(host::PanelSession& session, const Target& target, const Options& options);
 
 /** One tag after the other; the first failure ends it. */
-int runWrite(PanelSession& session, const Target& target, const QVector<QByteArray>& values,
+int runWrite(host::PanelSession& session, const Target& target, const QVector<QByteArray>& values,
              const Options& options);
 
 /** Redraws the table in place on a terminal; elsewhere prints one after the
  *  other, or with --json one array a line. */
-int runWatch(PanelSession& session, const Target& target, const Options& options,
+int runWatch(host::PanelSession& session, const Target& target, const Options& options,
              const std::atomic<bool>& interrupted);
 
 /** The bytes of the texts in target.values; empty after a message when one of

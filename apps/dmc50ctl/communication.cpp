@@ -15,6 +15,8 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+using namespace host;
+
 namespace {
 
 constexpr int PATIENCE_MS = 700; // of a second; the rest is for the program's end

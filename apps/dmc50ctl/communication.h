@@ -9,7 +9,7 @@
  *  own waiting, so what has not ended by itself soon is left behind. Returns the
  *  exit status; does not return when something was left behind, but ends the
  *  program after @p clean_up. */
-int communicate(const Target& target, const Options& options, DriverPlugin& plugin,
+int communicate(const Target& target, const Options& options, host::DriverPlugin& plugin,
                 const std::function<void()>& clean_up);
 
 #endif

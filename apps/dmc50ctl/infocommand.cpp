@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+using namespace host;
+
 namespace {
 
 using json = nlohmann::ordered_json;

@@ -7,6 +7,6 @@
 
 /** Prints what the driver says of itself and, where there is one, what the
  *  project holds. Talks to no controller. */
-int runInfo(DriverPlugin& plugin, const Project* project, const Options& options);
+int runInfo(host::DriverPlugin& plugin, const host::Project* project, const Options& options);
 
 #endif

@@ -15,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace host;
+
 namespace {
 
 int fail(const QStringList& errors, int exit_status) {

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <map>
 
+using namespace host;
+
 namespace {
 
 const char DESCRIPTION[] =

@@ -40,7 +40,7 @@ struct Options {
     std::optional<int> baud, data_bits, stop_bits, parity; // parity as in portcodes.h
     std::optional<int> timeout_ms, retries, delay_ms;
 
-    ValueFormat format = ValueFormat::Natural;
+    host::ValueFormat format = host::ValueFormat::Natural;
     bool json = false;
     bool must_read_back = true;
     int interval_ms = 1000;

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+using namespace host;
+
 namespace {
 
 QStringList linkNames(const Project& project, const QVector<int>& link_ids) {

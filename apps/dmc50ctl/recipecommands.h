@@ -9,12 +9,12 @@
 
 /** What the driver is to transfer on which link of @p project. On failure
  *  @p problem says why that cannot be. */
-std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& options,
-                                       QString& problem);
+std::optional<host::RecipeOrder> recipeOrder(const host::Project& project, const Options& options,
+                                             QString& problem);
 
 /** Transfers target.recipe and reports it, unless it was @p interrupted. Returns an
  *  exit status. Communication thread. */
-int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
+int runRecipe(host::PanelSession& session, const Target& target, host::PanelOperator& panel,
               const Options& options, const std::atomic<bool>& interrupted);
 
 #endif

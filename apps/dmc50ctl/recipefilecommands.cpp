@@ -14,6 +14,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+using namespace host;
+
 namespace {
 
 using json = nlohmann::ordered_json;

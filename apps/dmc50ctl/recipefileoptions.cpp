@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+using namespace host;
+
 namespace {
 
 void addFile(CLI::App& command, RawRecipeFileOptions& raw) {

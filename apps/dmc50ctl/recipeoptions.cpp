@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+using namespace host;
+
 namespace {
 
 constexpr int LARGEST_PROGRAM_ID = 99999;

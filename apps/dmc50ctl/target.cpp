@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace host;
+
 namespace {
 
 TargetReading usageError(const QString& text) {

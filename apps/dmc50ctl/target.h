@@ -9,10 +9,10 @@
 
 /** What a command works on. */
 struct Target {
-    Project project;
-    QVector<TagDefinition> tags;       // chosen by the command line, in its order
-    QStringList values;                // of write: the texts beside the tags
-    std::optional<RecipeOrder> recipe; // of a transfer
+    host::Project project;
+    QVector<host::TagDefinition> tags;       // chosen by the command line, in its order
+    QStringList values;                      // of write: the texts beside the tags
+    std::optional<host::RecipeOrder> recipe; // of a transfer
 
     QSet<int> linkIds() const; // of the chosen tags
     bool needsWindows() const; // for the program transfer
@@ -32,7 +32,7 @@ TargetReading readTarget(const Options& options);
 /** Makes the panel directory that the driver will use and returns its path: that
  *  of a built project as it stands, otherwise a fresh one in @p scratch. Empty
  *  with the reason in @p problem on failure. */
-QString preparePanelDirectory(const Options& options, const Project& project,
+QString preparePanelDirectory(const Options& options, const host::Project& project,
                               const QString& scratch, QString& problem);
 
 #endif

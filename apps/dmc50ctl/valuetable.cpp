@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
+using namespace host;
+
 namespace {
 
 constexpr int COLUMN_GAP = 2;

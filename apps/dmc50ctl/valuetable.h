@@ -8,19 +8,19 @@
 
 /** One line of output. */
 struct ValueRow {
-    TagDefinition tag;
-    TagResult result;
+    host::TagDefinition tag;
+    host::TagResult result;
     qint64 age_ms = -1; // since the station last answered; -1: unknown
 };
 
 /** Rows in columns NAME, ADDRESS, STATION, VALUE, UNIT, with @p with_age AGE, and
  *  ERROR where there is one. A tag of plain addresses has its name only. */
-QString valueTable(const QVector<ValueRow>& rows, ValueFormat format, bool with_age);
+QString valueTable(const QVector<ValueRow>& rows, host::ValueFormat format, bool with_age);
 
 /** An array of {name, address, station, type, value, unit, age_ms, error}. Values
  *  are numbers, or texts with --format hex or bits; a list for several elements;
  *  null with an error. */
-nlohmann::ordered_json valueJson(const QVector<ValueRow>& rows, ValueFormat format);
+nlohmann::ordered_json valueJson(const QVector<ValueRow>& rows, host::ValueFormat format);
 
 /** Columns as wide as their widest text, two blanks between them. */
 QString alignedColumns(const QVector<QStringList>& rows);

@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+using namespace host;
+
 namespace {
 
 constexpr int REDRAW_MS = 200;

@@ -57,21 +57,21 @@ private:
     void letViewerLook(int msecs);
     bool lookUntil(int msecs, const std::function<bool()>& condition);
     QString stationError(int station);
-    quint32 memory(const TagDefinition& tag) const;
+    quint32 memory(const host::TagDefinition& tag) const;
 
     int valuesUnlike(const QVector<TagRow>& before) const;
 
     Screen& m_screen;
     const bool m_brisk;
     const DemoStick m_stick;
-    Project m_project;
+    host::Project m_project;
     std::unique_ptr<simulator::Line> m_line;
-    std::unique_ptr<DriverPlugin> m_plugin;
-    std::unique_ptr<PanelOperator> m_operator;
-    std::unique_ptr<PanelSession> m_session;
-    QVector<TagDefinition> m_tags; // in the table
-    QVector<TagRow> m_rows;        // as last shown
-    LineStatistics m_calm;         // of the seconds without a fault
+    std::unique_ptr<host::DriverPlugin> m_plugin;
+    std::unique_ptr<host::PanelOperator> m_operator;
+    std::unique_ptr<host::PanelSession> m_session;
+    QVector<host::TagDefinition> m_tags; // in the table
+    QVector<TagRow> m_rows;              // as last shown
+    host::LineStatistics m_calm;         // of the seconds without a fault
     qint64 m_calm_msecs = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "apps/dmc50demo/furnaceline.h"
 
+using namespace host;
+
 namespace {
 
 using simulator::MovingValue;

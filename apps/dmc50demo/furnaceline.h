@@ -11,11 +11,11 @@ constexpr int FURNACE_BAUD = 38400;
 
 /** A line on a kernel pty, as slow as a real one, with a controller for each of the
  *  project's nodes. Not started. */
-std::unique_ptr<simulator::Line> makeFurnaceLine(const Project& project);
+std::unique_ptr<simulator::Line> makeFurnaceLine(const host::Project& project);
 
 /** Gives the controllers the values of a running vacuum furnace, most of them
  *  moving, where the sample project's tags are. Returns what is wrong, empty when
  *  all is well. */
-QString runFurnace(simulator::Line& line, const Project& project);
+QString runFurnace(simulator::Line& line, const host::Project& project);
 
 #endif

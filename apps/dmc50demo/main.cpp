@@ -12,6 +12,8 @@
 
 #include <cstdlib>
 
+using namespace host;
+
 namespace {
 
 /** The communication on a thread of its own, the application's event loop here, as

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace host;
+
 namespace {
 
 constexpr int PROGRAM_ID = 7;

@@ -12,8 +12,8 @@
 class RecipeAct {
 public:
     /** @p stick is the folder that serves this process as its USB stick. */
-    RecipeAct(Screen& screen, PanelSession& session, const Project& project,
-              const simulator::Line& line, PanelOperator& panel, const QString& stick);
+    RecipeAct(Screen& screen, host::PanelSession& session, const host::Project& project,
+              const simulator::Line& line, host::PanelOperator& panel, const QString& stick);
 
     QString pull();
     QString pushEdited();
@@ -22,15 +22,15 @@ public:
 private:
     using Memory = QVector<quint32>; // of all programs, one after the other
 
-    RecipeReport transfer(RecipeReport (RecipeJob::*what)(), int count);
+    host::RecipeReport transfer(host::RecipeReport (host::RecipeJob::*what)(), int count);
     Memory memory() const;
     QString path() const;
 
     Screen& m_screen;
-    PanelSession& m_session;
+    host::PanelSession& m_session;
     const simulator::Line& m_line;
-    PanelOperator& m_panel;
-    const RecipeSlots m_slots; // of the project's first link with programs
+    host::PanelOperator& m_panel;
+    const host::RecipeSlots m_slots; // of the project's first link with programs
     const QString m_stick;
 };
 

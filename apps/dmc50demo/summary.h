@@ -7,8 +7,8 @@
 
 /** The demo in numbers. */
 struct Summary {
-    LineStatistics total;         // of the whole demo
-    LineStatistics calm;          // of the seconds without a fault
+    host::LineStatistics total;   // of the whole demo
+    host::LineStatistics calm;    // of the seconds without a fault
     qint64 calm_msecs = 0;        // how many those were
     quint64 struck_by_faults = 0; // requests that the simulator left unanswered
     int stations = 0;             // each polled with one frame a cycle

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace host;
+
 namespace {
 
 // Leaves room for the longest reason of an error in 80 columns.

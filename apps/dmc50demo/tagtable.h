@@ -5,7 +5,7 @@
 
 /** One line of the live table. */
 struct TagRow {
-    TagDefinition tag;
+    host::TagDefinition tag;
     QString value;      // with its unit; empty: never read
     qint64 age_ms = -1; // since the station last answered; -1: never
     QString error;      // of the station, empty when it answers
@@ -14,11 +14,11 @@ struct TagRow {
 
 /** At most @p count of the project's tags for the table: single values of
  *  controllers, every station with its share, in the project's order. */
-QVector<TagDefinition> tagsToShow(const Project& project, int count);
+QVector<host::TagDefinition> tagsToShow(const host::Project& project, int count);
 
 /** Reads @p tags through the driver. Values that differ from those in @p before,
  *  the last rows of the same tags, are marked as changed. */
-QVector<TagRow> readRows(PanelSession& session, const QVector<TagDefinition>& tags,
+QVector<TagRow> readRows(host::PanelSession& session, const QVector<host::TagDefinition>& tags,
                          const QVector<TagRow>& before);
 
 /** Colours of a terminal; empty texts where there are none. */

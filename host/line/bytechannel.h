@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace host {
+
 /** A line as bytes, without any idea of what they mean: a serial device, a TCP
  *  serial server, or a test's script.
  *
@@ -43,5 +45,7 @@ public:
     /** Why the last operation failed, without the name. */
     virtual QString lastError() const = 0;
 };
+
+} // namespace host
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr qint64 CANCEL_CHECK_MS = 50; // how late a cancelled wait may end
@@ -85,3 +87,5 @@ void Connection::tellUp() {
               .arg(m_channel.name())
               .arg(m_untold));
 }
+
+} // namespace host

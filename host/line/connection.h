@@ -10,6 +10,8 @@
 
 class Clock;
 
+namespace host {
+
 /** Receives one line of text about a line's state, without a line end. Called
  *  on the thread that uses the line. */
 using LineLog = std::function<void(const QString& text)>;
@@ -62,5 +64,7 @@ private:
     int m_pause_ms = FIRST_PAUSE_MS;
     qint64 m_next_attempt = 0; // the clock's time, ms
 };
+
+} // namespace host
 
 #endif

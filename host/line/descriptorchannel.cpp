@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <chrono>
 
+namespace host {
+
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
@@ -113,3 +115,5 @@ QByteArray DescriptorChannel::discard() {
         dropped.append(buffer, int(count));
     }
 }
+
+} // namespace host

@@ -7,6 +7,8 @@
 
 #include <atomic>
 
+namespace host {
+
 /** A channel over a non-blocking file descriptor. Waiting is one poll() on the
  *  descriptor and on an event that cancel() raises, so a cancelled wait ends at
  *  once. A subclass opens and closes; the descriptor stays its own. */
@@ -48,5 +50,7 @@ private:
     int m_descriptor = -1;
     QString m_error;
 };
+
+} // namespace host
 
 #endif

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr int SHORTEST_QUIET_MS = 20;
@@ -104,3 +106,5 @@ int HostPort::quietMsecs() const {
     return int(
         std::max<qint64>(SHORTEST_QUIET_MS, (bits_times_two * 1000 + 2 * baud - 1) / (2 * baud)));
 }
+
+} // namespace host

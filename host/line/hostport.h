@@ -11,6 +11,8 @@
 #include <atomic>
 #include <memory>
 
+namespace host {
+
 /** The driver's port on a PC, over any ByteChannel.
  *
  *  Threads: readBytes, writeBytes and control belong to the driver's polling
@@ -82,5 +84,7 @@ private:
     LineRecorder m_recorder;
     std::atomic<int> m_station;
 };
+
+} // namespace host
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 LineRecorder::LineRecorder(trace::FrameTrace* frame_trace) : m_trace(frame_trace) {}
 
 void LineRecorder::requestSent(const char* bytes, int length) {
@@ -91,3 +93,5 @@ LineStatistics LineRecorder::statistics() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_statistics;
 }
+
+} // namespace host

@@ -12,6 +12,8 @@ namespace trace {
 class FrameTrace;
 }
 
+namespace host {
+
 /** Follows the exchanges of one port: counts them, writes them to a trace, and
  *  knows whether the present one has brought a complete line. The thread that
  *  uses the port calls it; statistics() may be called from any thread. */
@@ -56,5 +58,7 @@ private:
     LineStatistics m_statistics;
     std::map<int, qint64> m_good_replies; // station to time, microseconds
 };
+
+} // namespace host
 
 #endif

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 /** What a port has carried since it was made. An exchange is a request and all
  *  that came before the next one. */
 struct LineStatistics {
@@ -31,5 +33,7 @@ struct LineStatistics {
         return *this;
     }
 };
+
+} // namespace host
 
 #endif

@@ -5,6 +5,8 @@
 
 #include <QUrl>
 
+namespace host {
+
 std::optional<PortAddress> parsePortAddress(const QString& text, QString& problem) {
     PortAddress address;
     if (text.startsWith(QLatin1Char('/'))) {
@@ -29,3 +31,5 @@ std::unique_ptr<ByteChannel> makeChannel(const PortAddress& address, const Devic
         return std::make_unique<TcpChannel>(address.host, address.port);
     return std::make_unique<SerialChannel>(address.path, setting);
 }
+
+} // namespace host

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+namespace host {
+
 /** Where a line is: the path of a terminal device, or a TCP serial server. */
 struct PortAddress {
     QString path; // empty for TCP
@@ -20,5 +22,7 @@ std::optional<PortAddress> parsePortAddress(const QString& text, QString& proble
 
 /** The closed channel of that place. */
 std::unique_ptr<ByteChannel> makeChannel(const PortAddress& address, const DeviceSetting& setting);
+
+} // namespace host
 
 #endif

@@ -10,6 +10,8 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+namespace host {
+
 namespace {
 
 constexpr unsigned FOREIGN_GROUP = 65534; // any that has no name in this name space
@@ -89,3 +91,5 @@ QString SerialChannel::openFailure(const QSerialPort& port) const {
         return QString::fromLatin1("in use by another program");
     return port.errorString();
 }
+
+} // namespace host

@@ -8,6 +8,8 @@
 
 class QSerialPort;
 
+namespace host {
+
 /** A serial device, or any other terminal such as the slave of a pty. The
  *  settings' name is not looked at: it is the panel's name of the port. */
 class SerialChannel : public DescriptorChannel {
@@ -25,5 +27,7 @@ private:
     const DeviceSetting m_setting;
     std::unique_ptr<QSerialPort> m_port; // null while closed
 };
+
+} // namespace host
 
 #endif

@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <memory>
 
+namespace host {
+
 namespace {
 
 QString urlOf(const QString& host, quint16 port) {
@@ -92,3 +94,5 @@ void TcpChannel::close() {
 ssize_t TcpChannel::put(const char* buffer, size_t length) {
     return send(descriptor(), buffer, length, MSG_NOSIGNAL);
 }
+
+} // namespace host

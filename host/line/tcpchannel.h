@@ -5,6 +5,8 @@
 
 struct addrinfo;
 
+namespace host {
+
 /** A TCP serial server that passes bytes through as they are. */
 class TcpChannel : public DescriptorChannel {
 public:
@@ -25,5 +27,7 @@ private:
     const QByteArray m_host;
     const QByteArray m_port;
 };
+
+} // namespace host
 
 #endif

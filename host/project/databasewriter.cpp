@@ -12,6 +12,8 @@
 #include <QUuid>
 #include <QVariant>
 
+namespace host {
+
 namespace {
 
 /** A database under construction. Nobody else sees its file, so it needs neither
@@ -129,3 +131,5 @@ bool writeDatabase(const Project& project, const QString& panel_directory, QStri
     QFile::remove(unfinished);
     return false;
 }
+
+} // namespace host

@@ -3,6 +3,8 @@
 
 #include "host/project/project.h"
 
+namespace host {
+
 /** The database's place inside a panel directory; the driver's choice. */
 constexpr char DATABASE_FILE[] = "compile/database/database";
 
@@ -11,5 +13,7 @@ constexpr char DATABASE_FILE[] = "compile/database/database";
  *  replaced in one step when the new one is complete and on the disk, and stays
  *  as it is otherwise. Returns false with the reason in @p problem. */
 bool writeDatabase(const Project& project, const QString& panel_directory, QString& problem);
+
+} // namespace host
 
 #endif

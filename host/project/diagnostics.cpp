@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <tuple>
 
+namespace host {
+
 void Diagnostics::add(const SourcePlace& place, const QString& text) {
     m_entries.append({place, text});
 }
@@ -25,3 +27,5 @@ QString Diagnostics::prefix(const SourcePlace& place) const {
         return m_file + QLatin1String(": ");
     return QString::fromLatin1("%1:%2:%3: ").arg(m_file).arg(place.line).arg(place.column);
 }
+
+} // namespace host

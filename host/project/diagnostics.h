@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+namespace host {
+
 /** Collects what is wrong with one project file. */
 class Diagnostics {
 public:
@@ -29,5 +31,7 @@ private:
     const QString m_file;
     QVector<Entry> m_entries;
 };
+
+} // namespace host
 
 #endif

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QVariant>
 
+namespace host {
+
 namespace {
 
 bool writeFile(const QByteArray& content, const QString& path, QString& problem) {
@@ -67,3 +69,5 @@ bool writeSampleProject(const QString& directory, QString& problem) {
     }
     return writeFile(sample.readAll(), path, problem);
 }
+
+} // namespace host

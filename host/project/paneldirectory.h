@@ -4,6 +4,8 @@
 #include "host/project/project.h"
 #include "host/project/projectreader.h"
 
+namespace host {
+
 /** A folder that a panel can run: the database, and the project file that it was
  *  built from. */
 
@@ -21,5 +23,7 @@ void setPanelDirectory(const QString& directory);
 /** Writes a commented sample project to @p directory/panel.toml; refuses to
  *  overwrite one. Returns false with the reason in @p problem. */
 bool writeSampleProject(const QString& directory, QString& problem);
+
+} // namespace host
 
 #endif

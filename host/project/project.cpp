@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 DeviceSetting LinkDefinition::deviceSetting() const {
     DeviceSetting setting(DEVICE_RS485, hmi_port, baud, data_bits,
                           stop_bits == 1 ? portcodes::STOP_ONE : portcodes::STOP_TWO, parity);
@@ -47,3 +49,5 @@ bool Project::hasStation(int link_id, int station) const {
         return node.link_id == link_id && node.station == station;
     });
 }
+
+} // namespace host

@@ -9,6 +9,8 @@
 
 #include <QVector>
 
+namespace host {
+
 /** A line in a project file; 0 stands for "no place". */
 struct SourcePlace {
     int line = 0;
@@ -78,5 +80,7 @@ struct Project {
     int defaultStation(int link_id) const; // 0: none
     bool hasStation(int link_id, int station) const;
 };
+
+} // namespace host
 
 #endif

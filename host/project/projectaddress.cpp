@@ -4,6 +4,8 @@
 
 #include <QRegularExpression>
 
+namespace host {
+
 namespace {
 
 constexpr int PAGE_SHIFT = 20; // a PA group stands in bits 20 and up
@@ -133,3 +135,5 @@ std::optional<ProjectAddress> parseProjectAddress(const QString& text, QString& 
         return std::nullopt;
     return address;
 }
+
+} // namespace host

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace host {
+
 /** What a tag's address stands for. */
 enum class AddressKind {
     Data,           // double words of a controller
@@ -35,5 +37,7 @@ constexpr int LARGEST_BIT = 255 * 32 - 1;
  *  addresses, in capitals or not. On failure @p problem says what is wrong and
  *  what would be right. */
 std::optional<ProjectAddress> parseProjectAddress(const QString& text, QString& problem);
+
+} // namespace host
 
 #endif

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr int FIRST_COM_PORT = 1000;
@@ -178,3 +180,5 @@ void completeAndCheck(Project& project, Diagnostics& diagnostics) {
     for (TagDefinition& tag : project.tags)
         completeStation(project, tag, diagnostics);
 }
+
+} // namespace host

@@ -3,6 +3,8 @@
 
 #include "host/project/diagnostics.h"
 
+namespace host {
+
 /** The rules beyond single values that a project must keep. */
 
 /** The panel's and the PC's name of the link's port. */
@@ -20,5 +22,7 @@ void completeAndCheck(Project& project, Diagnostics& diagnostics);
 /** The number that the database knows a panel port by: COM1 is 1000, every
  *  Ethernet port 2000; 0 for any other text. */
 int hmiPortNumber(const QString& hmi_port);
+
+} // namespace host
 
 #endif

@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+namespace host {
+
 namespace {
 
 constexpr int LONGEST_TIMEOUT_MS = 600000;
@@ -216,3 +218,5 @@ ProjectReading readProjectFile(const QString& path) {
         return {std::nullopt, {QString::fromLatin1("%1: %2").arg(path, file.errorString())}};
     return readProjectText(file.readAll(), path);
 }
+
+} // namespace host

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace host {
+
 /** The file's name inside a project's folder. */
 constexpr char PROJECT_FILE[] = "panel.toml";
 
@@ -22,5 +24,7 @@ ProjectReading readProjectFile(const QString& path);
 
 /** The same of a text; @p name stands for it in the errors. */
 ProjectReading readProjectText(const QByteArray& text, const QString& name);
+
+} // namespace host
 
 #endif

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdio>
 
+namespace host {
+
 namespace {
 
 bool syncPath(const QString& path) {
@@ -34,3 +36,5 @@ bool replaceFile(const QString& written, const QString& target, QString& problem
     unlink(from.constData());
     return false;
 }
+
+} // namespace host

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace host {
+
 namespace {
 
 /** Letters to put in, take out, change, or swap with their neighbour. */
@@ -51,3 +53,5 @@ QString spellingHint(const QString& text, const QStringList& candidates) {
         return QString();
     return QString::fromLatin1("; known are ") + candidates.join(QLatin1String(", "));
 }
+
+} // namespace host

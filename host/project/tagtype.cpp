@@ -1,5 +1,7 @@
 #include "host/project/tagtype.h"
 
+namespace host {
+
 namespace {
 
 struct KnownType {
@@ -35,3 +37,5 @@ QStringList tagTypeNames() {
         names.append(QLatin1String(known.name));
     return names;
 }
+
+} // namespace host

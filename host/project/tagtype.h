@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace host {
+
 /** How the elements of a tag are stored and shown. */
 struct TagType {
     enum class Shown { Unsigned, Signed, Float };
@@ -20,5 +22,7 @@ struct TagType {
 /** "bit", "byte", "word", "int16", "dword", "int32", "float". */
 std::optional<TagType> tagTypeByName(const QString& name);
 QStringList tagTypeNames();
+
+} // namespace host
 
 #endif

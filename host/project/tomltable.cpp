@@ -2,6 +2,8 @@
 
 #include "host/project/spelling.h"
 
+namespace host {
+
 namespace {
 
 QString kindName(const toml::node& node) {
@@ -44,12 +46,12 @@ TomlTable::TomlTable(const toml::table& table, const QString& section, Diagnosti
     : m_table(table), m_section(section), m_diagnostics(diagnostics) {}
 
 SourcePlace TomlTable::place() const {
-    return ::placeOf(m_table);
+    return host::placeOf(m_table);
 }
 
 SourcePlace TomlTable::placeOf(const char* key) const {
     const toml::node* const node = m_table.get(key);
-    return node ? ::placeOf(*node) : place();
+    return node ? host::placeOf(*node) : place();
 }
 
 void TomlTable::report(const char* key, const QString& problem) {
@@ -143,9 +145,11 @@ void TomlTable::reportUnknownKeys() {
     for (const auto& [key, node] : m_table) {
         const QString name = QString::fromUtf8(key.data(), int(key.length()));
         if (!m_known.contains(name)) {
-            m_diagnostics.add(::placeOf(key.source()),
+            m_diagnostics.add(host::placeOf(key.source()),
                               QString::fromLatin1("unknown key '%1' in %2%3")
                                   .arg(name, m_section, spellingHint(name, m_known)));
         }
     }
 }
+
+} // namespace host

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace host {
+
 /** One table of a project file, read key by key. What is asked for becomes
  *  known; every key that nobody asked for is a mistake. */
 class TomlTable {
@@ -52,5 +54,7 @@ private:
 
 SourcePlace placeOf(const toml::node& node);
 SourcePlace placeOf(const toml::source_region& region);
+
+} // namespace host
 
 #endif

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace host {
+
 namespace {
 
 constexpr int FEWEST_COLUMNS = 30; // of a chart; a narrower terminal wraps it
@@ -185,3 +187,5 @@ QStringList Chart::lines() const {
 QStringList recipeChart(const RecipeProfile& profile, const RecipeChartStyle& style) {
     return profile.durationSecs() > 0 ? Chart(profile, style).lines() : QStringList();
 }
+
+} // namespace host

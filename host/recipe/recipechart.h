@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+namespace host {
+
 /** The room for a chart in a terminal, and what the terminal can show. */
 struct RecipeChartStyle {
     int columns = 80; // all in all
@@ -15,5 +17,7 @@ struct RecipeChartStyle {
 /** The set temperature over time as lines of text, in Braille dots or, without
  *  Unicode, in asterisks. Empty when no program takes time. */
 QStringList recipeChart(const RecipeProfile& profile, const RecipeChartStyle& style);
+
+} // namespace host
 
 #endif

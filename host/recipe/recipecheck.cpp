@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr quint32 LOST_BITS = 0x00FF0000; // that the driver writes as 0
@@ -212,3 +214,5 @@ RecipeCheck checkRecipe(const QByteArray& content, std::optional<int> count) {
         checker.checkProgram(text.lines.at(row + 1), row);
     return check;
 }
+
+} // namespace host

@@ -7,6 +7,8 @@
 #include <array>
 #include <optional>
 
+namespace host {
+
 /** One line of a program file whose values are all numbers. */
 struct RecipeProgram {
     int line = 0;   // of the file
@@ -37,5 +39,7 @@ struct RecipeCheck {
  *  what the file says. With @p count the panel is to transfer so many programs:
  *  more are not looked at, fewer are a finding. */
 RecipeCheck checkRecipe(const QByteArray& content, std::optional<int> count = std::nullopt);
+
+} // namespace host
 
 #endif

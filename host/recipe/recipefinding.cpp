@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr int LONGEST_QUOTATION = 40; // characters
@@ -65,3 +67,5 @@ QString findingText(const QString& file, const RecipeFinding& finding) {
            severityName(finding.severity) + QStringLiteral(": ") + subjectText(finding) +
            finding.reason + driverPlaceText(finding);
 }
+
+} // namespace host

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVector>
 
+namespace host {
+
 /** What comes of a finding when the file is sent to a controller. */
 enum class RecipeSeverity {
     Note,    // nothing
@@ -32,5 +34,7 @@ QString severityName(RecipeSeverity severity);
 /** One line of text that begins as compilers do, "file:line:field: ", so that
  *  editors find the place; where the driver names a place, it ends with that. */
 QString findingText(const QString& file, const RecipeFinding& finding);
+
+} // namespace host
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+namespace host {
+
 const QStringList& recipeTitles() {
     static const QStringList titles = {
         QStringLiteral(" "),
@@ -41,3 +43,5 @@ int recipeLabelNumber(const QString& label) {
     static const QRegularExpression pattern(QStringLiteral("^程序([1-9][0-9]{0,3})$"));
     return pattern.match(label).captured(1).toInt();
 }
+
+} // namespace host

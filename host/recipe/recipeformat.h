@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+namespace host {
+
 /** A program file as the panel writes it: UTF-16LE with a byte-order mark, a line
  *  of titles, then a line for each program, tabs between the fields, a line feed
  *  behind every line. */
@@ -34,5 +36,7 @@ QString recipeLabel(int number);
 
 /** The program that a label names; 0 when it is no such label. */
 int recipeLabelNumber(const QString& label);
+
+} // namespace host
 
 #endif

@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+namespace host {
+
 namespace {
 
 constexpr int MARGIN = 18;
@@ -52,3 +54,5 @@ QImage recipePicture(const RecipeProfile& profile, const QString& title, const Q
     sheet.resize(size);
     return sheet.grab().toImage();
 }
+
+} // namespace host

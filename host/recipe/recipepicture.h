@@ -6,6 +6,8 @@
 #include <QColor>
 #include <QImage>
 
+namespace host {
+
 /** Colour of the set temperature's curve. */
 constexpr QRgb RECIPE_CURVE_COLOR = 0xFFC62828;
 
@@ -15,5 +17,7 @@ constexpr QRgb RECIPE_CURVE_COLOR = 0xFFC62828;
  *  takes time. */
 QImage recipePicture(const RecipeProfile& profile, const QString& title,
                      const QSize& size = QSize(1400, 900));
+
+} // namespace host
 
 #endif

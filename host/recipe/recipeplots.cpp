@@ -19,6 +19,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace host {
+
 namespace {
 
 constexpr int MOST_TIME_MARKS = 14;
@@ -276,3 +278,5 @@ void alignPlots(QwtPlot& upper, QwtPlot& lower) {
         plot->axisWidget(QwtPlot::yLeft)->setSpacing(TITLE_GAP);
     }
 }
+
+} // namespace host

@@ -6,6 +6,8 @@
 class QWidget;
 class QwtPlot;
 
+namespace host {
+
 /** The parts of a recipe's picture. GUI thread; owned by @p parent. @{ */
 
 /** The set temperature over time, with the programs' numbers and PID groups. */
@@ -19,5 +21,7 @@ QwtPlot* makeTrackPlot(const RecipeProfile& profile, const QVector<RecipeTrack>&
 
 /** Puts @p upper's time right above @p lower's, which shows the scale for both. */
 void alignPlots(QwtPlot& upper, QwtPlot& lower);
+
+} // namespace host
 
 #endif

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace host {
+
 namespace {
 
 constexpr qint64 MINUTE = 60;
@@ -111,3 +113,5 @@ qint64 niceClockDistance(qint64 end_s, int most) {
     }
     return qint64(niceDistance(double(end_s) / double(DAY), most)) * DAY;
 }
+
+} // namespace host

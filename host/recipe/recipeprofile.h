@@ -5,6 +5,8 @@
 
 #include <QPointF>
 
+namespace host {
+
 /** How the set temperature goes from one program to the next. */
 enum class RecipeCourse {
     Ramp, // evenly, over the whole time of the program that asks for it
@@ -63,5 +65,7 @@ double niceDistance(double end, int most);
 
 /** The same for seconds: what clocks and calendars count in. */
 qint64 niceClockDistance(qint64 end_s, int most);
+
+} // namespace host
 
 #endif

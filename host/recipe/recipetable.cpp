@@ -1,5 +1,7 @@
 #include "host/recipe/recipetable.h"
 
+namespace host {
+
 namespace {
 
 /** Those of @p count switches from @p first that are on, from 1; one that is
@@ -51,3 +53,5 @@ QVector<QStringList> recipeTable(const QVector<RecipeProgram>& programs) {
     }
     return rows;
 }
+
+} // namespace host

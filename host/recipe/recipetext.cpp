@@ -11,6 +11,8 @@
 
 #include <array>
 
+namespace host {
+
 namespace {
 
 /** A byte-order mark, and what is said of a file that begins with it. */
@@ -147,3 +149,5 @@ RecipeText readRecipeText(const QByteArray& content) {
         text.lines = cutLines(content, loader.usedDelimiter());
     return text;
 }
+
+} // namespace host

@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QStringList>
 
+namespace host {
+
 /** One line of a program file, cut into fields. */
 struct RecipeLine {
     int number = 0; // from 1, as editors count
@@ -22,5 +24,7 @@ struct RecipeText {
 /** Decodes and cuts the content of a program file exactly as the panel's loader
  *  does. Touches no settings and shows nothing. */
 RecipeText readRecipeText(const QByteArray& content);
+
+} // namespace host
 
 #endif

@@ -6,6 +6,8 @@
 #include <QLibrary>
 #include <QObject>
 
+namespace host {
+
 std::unique_ptr<DriverPlugin> DriverPlugin::load(const QString& path, QString& problem) {
     if (!QFile::exists(path)) {
         problem = QString::fromLatin1("%1: no such file").arg(path);
@@ -57,3 +59,5 @@ QString findDriverPlugin(const QString& program_directory) {
     }
     return QString();
 }
+
+} // namespace host

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+namespace host {
+
 /** A driver's shared object, entered in the two ways that it offers. It stays
  *  loaded to the end of the process, since its panel services do. */
 class DriverPlugin {
@@ -44,5 +46,7 @@ QStringList driverPluginPlaces(const QString& program_directory);
 
 /** The first of those that exists; empty when none does. */
 QString findDriverPlugin(const QString& program_directory);
+
+} // namespace host
 
 #endif

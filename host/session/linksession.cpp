@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr qint64 DRIVER_TIMEOUT_MS = 3000; // the driver's shortest patience per attempt
@@ -264,3 +266,5 @@ TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
         result = hand(tag, data);
     return result.ok() ? checkedWrite(tag, data, must_read_back) : result;
 }
+
+} // namespace host

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+namespace host {
+
 /** What came of reading or writing one tag. */
 struct TagResult {
     QByteArray data; // the tag's bytes as the driver gives them; of a write, read back
@@ -108,5 +110,7 @@ private:
     QMap<int, SeenError> m_errors; // by station
     std::atomic<bool> m_cancelled{false};
 };
+
+} // namespace host
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 std::unique_ptr<HostPort> makePort(const Project& project, const LinkDefinition& link,
@@ -89,3 +91,5 @@ LineStatistics PanelSession::statistics() const {
         sum += link->port().statistics();
     return sum;
 }
+
+} // namespace host

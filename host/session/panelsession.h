@@ -8,6 +8,8 @@
 
 #include <map>
 
+namespace host {
+
 /** Who listens to the lines of a project. */
 struct PanelSetup {
     LineLog log;
@@ -50,5 +52,7 @@ private:
     std::atomic<bool> m_cancelled{false};
     std::map<int, std::unique_ptr<LinkSession>> m_links; // by LINKID
 };
+
+} // namespace host
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace host {
+
 namespace {
 
 struct KnownFormat {
@@ -148,3 +150,5 @@ std::optional<QByteArray> parseValue(const TagDefinition& tag, const QString& te
     }
     return data;
 }
+
+} // namespace host

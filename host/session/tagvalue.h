@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace host {
+
 /** A tag's bytes as people read and write them. The bytes are as the driver has
  *  them: elements one after the other, least significant byte first, bits from
  *  bit 0 of byte 0 upwards. */
@@ -36,5 +38,7 @@ QString formatValue(const TagDefinition& tag, const QByteArray& data, ValueForma
  *  would be right. */
 std::optional<QByteArray> parseValue(const TagDefinition& tag, const QString& text,
                                      QString& problem);
+
+} // namespace host
 
 #endif

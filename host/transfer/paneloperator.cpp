@@ -11,6 +11,8 @@
 #include <QMutexLocker>
 #include <QThread>
 
+namespace host {
+
 namespace {
 
 constexpr QSize PANEL_SIZE(360, 200);
@@ -93,3 +95,5 @@ void PanelOperator::answerDialog() {
     }
     dialog->accept();
 }
+
+} // namespace host

@@ -9,6 +9,8 @@
 
 class MessageCenter;
 
+namespace host {
+
 /** Stands in for the person at the panel while programs are transferred: reads
  *  the notices of the message panel, and answers when the driver asks which of
  *  several files to take. Nothing shows on the screen.
@@ -45,5 +47,7 @@ private:
     QString m_chosen_file; // empty: none
     QStringList m_notices;
 };
+
+} // namespace host
 
 #endif

@@ -17,6 +17,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace host {
+
 namespace {
 
 class Descriptor {
@@ -159,3 +161,5 @@ bool mountPrivateStick(const QString& directory, QString& problem) {
                       .arg(directory, systemError());
     return mounted;
 }
+
+} // namespace host

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+namespace host {
+
 /** Makes the folder @p directory the USB stick of this process: from now on it is
  *  mounted where the storage monitor of a PC looks for sticks, for this process
  *  and those that it starts. Nothing outside of it is changed; all ends with it.
@@ -12,5 +14,7 @@
  *  Call it before any thread starts: the kernel refuses it later, and a thread
  *  that runs already would not see the stick. */
 bool mountPrivateStick(const QString& directory, QString& problem);
+
+} // namespace host
 
 #endif

@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <tuple>
 
+namespace host {
+
 QString RecipeFiles::path(const QString& name) const {
     return QDir(m_directory).filePath(name);
 }
@@ -74,3 +76,5 @@ QStringList logLines(const QString& path) {
     lines.removeAll(QString());
     return lines;
 }
+
+} // namespace host

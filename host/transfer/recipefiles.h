@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace host {
+
 /** The files of program transfers in a stick's folder, by the names that the
  *  driver gives them. */
 class RecipeFiles {
@@ -69,5 +71,7 @@ private:
 
 /** The lines of an error log. */
 QStringList logLines(const QString& path);
+
+} // namespace host
 
 #endif

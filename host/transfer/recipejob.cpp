@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <optional>
 
+namespace host {
+
 namespace {
 
 constexpr int MOST_TOLD = 10; // one by one
@@ -290,3 +292,5 @@ void RecipeJob::compare(const QList<QStringList>& rows, RecipeReport& report) {
     if (count == 0)
         report.problems.append(QStringLiteral("the file has no programs"));
 }
+
+} // namespace host

@@ -5,6 +5,8 @@
 #include "host/transfer/recipeslots.h"
 #include "host/transfer/recipetransfer.h"
 
+namespace host {
+
 class PanelOperator;
 
 /** What is asked for. */
@@ -68,5 +70,7 @@ private:
     const Progress m_progress;
     RecipeTransfer m_transfer;
 };
+
+} // namespace host
 
 #endif

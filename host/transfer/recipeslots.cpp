@@ -2,6 +2,8 @@
 
 #include <QSet>
 
+namespace host {
+
 namespace {
 
 constexpr quint32 FIRST_SLOT = 0x1000;
@@ -117,3 +119,5 @@ QString numberRanges(const QVector<int>& numbers) {
     }
     return ranges.join(QLatin1String(", "));
 }
+
+} // namespace host

@@ -4,6 +4,8 @@
 #include "host/project/project.h"
 #include "host/recipe/recipeformat.h"
 
+namespace host {
+
 /** Where a controller keeps its programs: double words from 0x1000, one program
  *  every 0x20. Numbers count from 1. */
 quint32 recipeSlotAddress(int number);
@@ -29,5 +31,7 @@ QVector<int> linksWithRecipes(const Project& project);
 
 /** "1, 3 to 7, 9". */
 QString numberRanges(const QVector<int>& numbers);
+
+} // namespace host
 
 #endif

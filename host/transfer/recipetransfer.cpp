@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 namespace {
 
 constexpr int POLL_MS = 50;                 // between two looks at the tags
@@ -155,3 +157,5 @@ TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
     end.error = now.error;
     return has_begun ? follow(kind, progress) : end;
 }
+
+} // namespace host

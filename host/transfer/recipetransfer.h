@@ -5,6 +5,8 @@
 
 #include <functional>
 
+namespace host {
+
 enum class TransferKind {
     Pull,     // controller to file
     Template, // a blank file
@@ -65,5 +67,7 @@ private:
     qint64 m_start = 0;          // of the transfer; the clock's time, ms
     quint64 m_silent_before = 0; // requests without an answer until then
 };
+
+} // namespace host
 
 #endif

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 /** The sample project at work on a simulated line. */

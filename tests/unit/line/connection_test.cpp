@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 class ConnectionTest : public ::testing::Test {

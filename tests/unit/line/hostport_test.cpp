@@ -13,6 +13,8 @@
 
 #include <thread>
 
+using namespace host;
+
 namespace {
 
 constexpr int TIMEOUT_MS = 3000;

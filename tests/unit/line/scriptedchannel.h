@@ -10,7 +10,7 @@
 
 /** A channel that plays a list of received pieces and remembers what it was
  *  asked. A piece that is empty is one wait in vain; a null one loses the line. */
-class ScriptedChannel : public ByteChannel {
+class ScriptedChannel : public host::ByteChannel {
 public:
     bool open() override {
         ++attempts;

@@ -12,6 +12,8 @@
 
 #include <thread>
 
+using namespace host;
+
 namespace {
 
 const DeviceSetting SETTING(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);

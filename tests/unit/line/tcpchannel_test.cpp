@@ -10,6 +10,8 @@
 #include <memory>
 #include <thread>
 
+using namespace host;
+
 namespace {
 
 constexpr int LONG_WAIT_MS = 30000; // a test that waits for it has failed

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 const char PROJECT[] = R"([[link]]

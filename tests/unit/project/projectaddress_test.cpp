@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 ProjectAddress parsed(const char* text) {

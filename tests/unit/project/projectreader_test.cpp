@@ -7,6 +7,8 @@
 
 #include <ostream>
 
+using namespace host;
+
 namespace {
 
 const QString PROJECTS = QStringLiteral(TEST_DATA_DIR "/projects/");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 const QStringList KEYS = {QStringLiteral("address"), QStringLiteral("name"),

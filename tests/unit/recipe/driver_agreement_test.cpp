@@ -12,6 +12,8 @@
 
 #include <random>
 
+using namespace host;
+
 using namespace recipecontent;
 
 namespace {

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 using namespace recipecontent;
 
 namespace {

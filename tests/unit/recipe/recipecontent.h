@@ -23,15 +23,15 @@ inline QString lineOf(const QStringList& fields) {
 
 /** Program @p number with 24 times @p value. */
 inline QStringList row(int number, const QString& value = QStringLiteral("1")) {
-    QStringList fields(recipeLabel(number));
-    for (int i = 0; i < RECIPE_COLUMNS; ++i)
+    QStringList fields(host::recipeLabel(number));
+    for (int i = 0; i < host::RECIPE_COLUMNS; ++i)
         fields.append(value);
     return fields;
 }
 
 /** Titles and rows. */
 inline QByteArray file(const QVector<QStringList>& rows) {
-    QString text = lineOf(recipeTitles());
+    QString text = lineOf(host::recipeTitles());
     for (const QStringList& fields : rows)
         text += lineOf(fields);
     return encoded(text);
@@ -44,9 +44,9 @@ inline QByteArray fileWith(int column, const QString& text) {
     return file({row(1), changed});
 }
 
-inline std::string texts(const RecipeCheck& check) {
+inline std::string texts(const host::RecipeCheck& check) {
     QString all;
-    for (const RecipeFinding& finding : check.findings)
+    for (const host::RecipeFinding& finding : check.findings)
         all += findingText(QStringLiteral("f"), finding) + QLatin1Char('\n');
     return all.toStdString();
 }

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 RecipeProgram program(int number, quint32 degrees, quint32 minutes, quint32 pid_group = 1) {

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 QString loadProblem(const QString& path) {

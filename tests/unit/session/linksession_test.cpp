@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 constexpr int TIMEOUT_MS = 4000;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 TagDefinition tagOf(const char* type, int count = 1) {

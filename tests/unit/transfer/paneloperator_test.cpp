@@ -11,6 +11,8 @@
 
 #include <memory>
 
+using namespace host;
+
 namespace {
 
 QString text(const char* latin1) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 TEST(PrivateStickTest, WantsAFolder) {
     QString problem;
     EXPECT_FALSE(mountPrivateStick(QStringLiteral("/nowhere"), problem));

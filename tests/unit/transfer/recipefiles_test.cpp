@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 TEST(RecipeFilesTest, NamesTheFilesAsTheDriverDoes) {
     const RecipeFiles files(QStringLiteral("/stick"), 7);
     EXPECT_EQ(files.pulled(), QStringLiteral("/stick/PROG_7.txt"));

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 constexpr int PROGRAMS = 3;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 TagDefinition tagAt(const char* text, int count, int station = 1) {

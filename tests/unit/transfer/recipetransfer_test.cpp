@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace host;
+
 namespace {
 
 using Shown = TransferDriver::Shown;

@@ -12,11 +12,11 @@ struct TransferLink {
     TransferLink() {
         const DeviceSetting device(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
         const DriverSetting timing(TIMEOUT_MS, 0, 1, 20);
-        auto port = std::make_unique<HostPort>(
-            std::unique_ptr<ByteChannel>(&channel), device, timing, [](const QString&) {}, nullptr,
-            clock);
-        session = std::make_unique<LinkSession>(std::move(port),
-                                                std::unique_ptr<DriverInterface>(&driver), clock);
+        auto port = std::make_unique<host::HostPort>(
+            std::unique_ptr<host::ByteChannel>(&channel), device, timing, [](const QString&) {},
+            nullptr, clock);
+        session = std::make_unique<host::LinkSession>(
+            std::move(port), std::unique_ptr<DriverInterface>(&driver), clock);
     }
 
     static constexpr int TIMEOUT_MS = 4000;
@@ -24,7 +24,7 @@ struct TransferLink {
     SimulatedClock clock;
     ScriptedChannel& channel = *new ScriptedChannel; // the port's
     TransferDriver& driver = *new TransferDriver;    // the session's
-    std::unique_ptr<LinkSession> session;
+    std::unique_ptr<host::LinkSession> session;
 };
 
 #endif
