@@ -81,9 +81,8 @@ simulator::LineSettings lineSettings() {
 
 void lineCycle(benchmark::State& state) {
     simulator::Line line(simulator::makePtyPort(), lineSettings());
-    const QString error = line.start();
-    if (!error.isEmpty()) {
-        state.SkipWithError(error.toUtf8().constData());
+    if (const Result<void> started = line.start(); !started) {
+        state.SkipWithError(started.error().toUtf8().constData());
         return;
     }
     AddressVectorMap valid;

@@ -149,9 +149,8 @@ void pullPrograms(benchmark::State& state) {
     simulator::LineSettings settings;
     settings.timing = lineTiming();
     simulator::Line line(simulator::makePtyPort(), settings);
-    const QString error = line.start();
-    if (!error.isEmpty()) {
-        state.SkipWithError(error.toUtf8().constData());
+    if (const Result<void> started = line.start(); !started) {
+        state.SkipWithError(started.error().toUtf8().constData());
         return;
     }
     TestProject project;

@@ -144,54 +144,55 @@ QString describeFault(const Fault& fault) {
     return text;
 }
 
-FaultSpec makeFault(const QString& name) {
-    FaultSpec spec;
+Result<Fault> makeFault(const QString& name) {
     QStringList names;
     for (const KindShape& shape : kind_shapes) {
         names += QString::fromLatin1(shape.name);
         if (name != names.last())
             continue;
-        spec.fault.kind = shape.kind;
-        spec.fault.ms = shape.default_ms;
-        spec.fault.bytes = QByteArray("\xFF\x00", 2);
+        Fault fault;
+        fault.kind = shape.kind;
+        fault.ms = shape.default_ms;
+        fault.bytes = QByteArray("\xFF\x00", 2);
         if (shape.kind == Fault::Kind::EndCode)
-            spec.fault.value = default_end_code;
-        return spec;
+            fault.value = default_end_code;
+        return fault;
     }
-    spec.error = QString::fromLatin1("unknown kind \"%1\"; the kinds are %2")
-                     .arg(name, names.join(QLatin1String(", ")));
-    return spec;
+    return Failure(QString::fromLatin1("unknown kind \"%1\"; the kinds are %2")
+                       .arg(name, names.join(QLatin1String(", "))));
 }
 
-QString applyFaultSetting(Fault& fault, const QString& key, const QString& value) {
+Result<void> applyFaultSetting(Fault& fault, const QString& key, const QString& value) {
     const Setting* setting = findSetting(fault, key);
     if (!setting)
-        return QString::fromLatin1("\"%1\" takes no \"%2\"; it takes %3")
-            .arg(faultName(fault.kind), key, allowedSettings(fault.kind).join(QLatin1String(", ")));
+        return Failure(QString::fromLatin1("\"%1\" takes no \"%2\"; it takes %3")
+                           .arg(faultName(fault.kind), key,
+                                allowedSettings(fault.kind).join(QLatin1String(", "))));
     if (!setting->store(fault, value))
-        return QString::fromLatin1("%1 = \"%2\" must be %3")
-            .arg(key, value, QLatin1String(setting->must_be));
-    return QString();
+        return Failure(QString::fromLatin1("%1 = \"%2\" must be %3")
+                           .arg(key, value, QLatin1String(setting->must_be)));
+    return {};
 }
 
-QString checkFault(const Fault& fault) {
+Result<void> checkFault(const Fault& fault) {
     const int ways = int(fault.on > 0) + int(fault.every > 0) + int(fault.chance >= 0);
-    return ways > 1 ? QString::fromLatin1("only one of on, every and chance can be given")
-                    : QString();
+    if (ways > 1)
+        return Failure(QStringLiteral("only one of on, every and chance can be given"));
+    return {};
 }
 
-FaultSpec parseFault(const QString& text) {
-    const SpecText parts = parseSpec(text);
-    FaultSpec spec = makeFault(parts.head);
-    if (spec.error.isEmpty())
-        spec.error = parts.error;
-    for (const auto& [key, value] : parts.settings) {
-        if (spec.error.isEmpty())
-            spec.error = applyFaultSetting(spec.fault, key, value);
+Result<Fault> parseFault(const QString& text) {
+    Result<Fault> fault = makeFault(specHead(text));
+    if (!fault)
+        return fault;
+    const Result<SpecSettings> settings = specSettings(text);
+    if (!settings)
+        return Failure(settings.error());
+    for (const auto& [key, value] : *settings) {
+        if (const Result<void> applied = applyFaultSetting(*fault, key, value); !applied)
+            return Failure(applied.error());
     }
-    if (spec.error.isEmpty())
-        spec.error = checkFault(spec.fault);
-    return spec;
+    return checkFault(*fault).map([&] { return *fault; });
 }
 
 } // namespace simulator

@@ -1,6 +1,7 @@
 #ifndef SIMULATOR_FAULT_H
 #define SIMULATOR_FAULT_H
 
+#include "common/result.h"
 #include "simulator/frame.h"
 
 #include <QString>
@@ -52,24 +53,17 @@ QString faultName(Fault::Kind kind);
 /** The name and what it does, for the log: "late ms=400". */
 QString describeFault(const Fault& fault);
 
-/** A fault, or why the text does not describe one. */
-struct FaultSpec {
-    Fault fault;
-    QString error; // empty when good
-};
-
 /** Reads "KIND" or "KIND:KEY=VALUE,..."; the keys are in docs/simulator.md. */
-FaultSpec parseFault(const QString& text);
+Result<Fault> parseFault(const QString& text);
 
 /** Begins a fault of the kind named @p name, with the kind's defaults. */
-FaultSpec makeFault(const QString& name);
+Result<Fault> makeFault(const QString& name);
 
-/** Gives @p fault one setting. Returns what is wrong with it, empty when good. */
-QString applyFaultSetting(Fault& fault, const QString& key, const QString& value);
+/** Gives @p fault one setting. */
+Result<void> applyFaultSetting(Fault& fault, const QString& key, const QString& value);
 
-/** Checks that the settings of a complete fault go together. Returns what is
- *  wrong, empty when good. */
-QString checkFault(const Fault& fault);
+/** Checks that the settings of a complete fault go together. */
+Result<void> checkFault(const Fault& fault);
 
 } // namespace simulator
 

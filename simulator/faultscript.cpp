@@ -27,19 +27,17 @@ class ScriptReader {
 public:
     explicit ScriptReader(const QString& file_name) : m_file_name(file_name) {}
 
-    FaultScript read() {
+    Result<FaultScript> read() {
         QFile file(m_file_name);
-        if (!file.open(QIODevice::ReadOnly)) {
-            m_script.error = QString::fromLatin1("%1: %2").arg(m_file_name, file.errorString());
-            return m_script;
-        }
+        if (!file.open(QIODevice::ReadOnly))
+            return Failure(QString::fromLatin1("%1: %2").arg(m_file_name, file.errorString()));
         try {
             readRoot(toml::parse(file.readAll().toStdString()));
         } catch (const toml::parse_error& error) {
             fail(error.source(), textOf(error.description()));
         }
-        if (!m_script.error.isEmpty())
-            m_script.faults.clear();
+        if (!m_error.isEmpty())
+            return Failure(m_error);
         return m_script;
     }
 
@@ -81,16 +79,15 @@ private:
                                                      "kind = \"silence\""));
             return;
         }
-        FaultSpec spec = makeFault(textOf(*kind));
-        if (!spec.error.isEmpty()) {
-            fail(table["kind"].node()->source(), spec.error);
+        Result<Fault> fault = makeFault(textOf(*kind));
+        if (!fault) {
+            fail(table["kind"].node()->source(), fault.error());
             return;
         }
-        readSettings(table, spec.fault);
-        const QString error = checkFault(spec.fault);
-        if (!error.isEmpty())
-            fail(table.source(), error);
-        m_script.faults.push_back(spec.fault);
+        readSettings(table, *fault);
+        if (const Result<void> checked = checkFault(*fault); !checked)
+            fail(table.source(), checked.error());
+        m_script.faults.push_back(*fault);
     }
 
     void readSettings(const toml::table& table, Fault& fault) {
@@ -99,31 +96,30 @@ private:
                 continue;
             const std::optional<QString> value = settingText(node);
             const QString name = textOf(key.str());
-            const QString error =
-                value ? applyFaultSetting(fault, name, *value)
-                      : QString::fromLatin1("%1 must be a number or a text").arg(name);
-            if (!error.isEmpty())
-                fail(key.source(), error);
+            if (!value)
+                fail(key.source(), QString::fromLatin1("%1 must be a number or a text").arg(name));
+            else if (const auto applied = applyFaultSetting(fault, name, *value); !applied)
+                fail(key.source(), applied.error());
         }
     }
 
     /** Keeps the error that comes first in the file: tables are not in order. */
     void fail(const toml::source_region& where, const QString& what) {
-        if (!m_script.error.isEmpty() && where.begin.line >= m_error_line)
+        if (!m_error.isEmpty() && where.begin.line >= m_error_line)
             return;
         m_error_line = where.begin.line;
-        m_script.error =
-            QString::fromLatin1("%1:%2: %3").arg(m_file_name).arg(m_error_line).arg(what);
+        m_error = QString::fromLatin1("%1:%2: %3").arg(m_file_name).arg(m_error_line).arg(what);
     }
 
     const QString m_file_name;
     FaultScript m_script;
+    QString m_error; // empty: none so far
     toml::source_index m_error_line = 0;
 };
 
 } // namespace
 
-FaultScript loadFaultScript(const QString& file_name) {
+Result<FaultScript> loadFaultScript(const QString& file_name) {
     return ScriptReader(file_name).read();
 }
 

@@ -7,16 +7,15 @@
 
 namespace simulator {
 
-/** The faults of a script file, or why it cannot be used. */
+/** What a script file says. */
 struct FaultScript {
     std::vector<Fault> faults;
     std::optional<quint32> seed;
-    QString error; // "FILE:LINE: what is wrong and what would be right", or empty
 };
 
-/** Reads a TOML file of [[fault]] tables; see docs/simulator.md. All or nothing:
- *  with an error there are no faults. */
-FaultScript loadFaultScript(const QString& file_name);
+/** Reads a TOML file of [[fault]] tables; see docs/simulator.md. The error is
+ *  "FILE:LINE: what is wrong and what would be right". */
+Result<FaultScript> loadFaultScript(const QString& file_name);
 
 } // namespace simulator
 

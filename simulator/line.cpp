@@ -39,15 +39,15 @@ Line::~Line() {
     stop();
 }
 
-QString Line::start() {
-    std::promise<QString> opened;
-    std::future<QString> outcome = opened.get_future();
+Result<void> Line::start() {
+    std::promise<Result<void>> opened;
+    std::future<Result<void>> outcome = opened.get_future();
     // Opened by the thread that uses it: the port's Qt objects belong there.
     m_thread.reset(QThread::create([this, opened = std::move(opened)]() mutable {
-        const QString error = m_port->open();
+        const Result<void> result = m_port->open();
         publishPath();
-        opened.set_value(error);
-        if (error.isEmpty())
+        opened.set_value(result);
+        if (result)
             run();
         m_port->close();
     }));
@@ -86,7 +86,8 @@ void Line::run() {
 }
 
 void Line::reopen() {
-    const QString error = m_port->open();
+    const Result<void> opened = m_port->open();
+    const QString error = opened ? QString() : opened.error();
     publishPath();
     if (m_log && !error.isEmpty() && error != m_reopen_error)
         m_log(error);

@@ -23,7 +23,7 @@ struct LineSettings {
 /** A simulated RS-485 line with its controllers, running in a thread of its own.
  *
  *      simulator::Line line(simulator::makePtyPort(), settings);
- *      const QString error = line.start();
+ *      const Result<void> started = line.start();
  *      ... talk to line.devicePath() ...
  *
  *  Any thread may call it, but only one start() and stop(). */
@@ -35,9 +35,8 @@ public:
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
 
-    /** Opens the port and begins to answer. Once only. Returns the error, empty
-     *  on success. */
-    QString start();
+    /** Opens the port and begins to answer. Once only. */
+    Result<void> start();
 
     /** Ends the thread and closes the port, within a tenth of a second. */
     void stop();

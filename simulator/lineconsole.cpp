@@ -70,12 +70,12 @@ QString LineConsole::station(const QStringList& words) {
         m_line.clearFault(target->id());
         return QString::fromLatin1("station %1: ok").arg(target->id());
     }
-    const FaultSpec spec =
+    const Result<Fault> fault =
         parseFault(state == QLatin1String("silent") ? faultName(Fault::Kind::Silence) : state);
-    if (!spec.error.isEmpty())
-        return QLatin1String("error: ") + spec.error;
-    m_line.setFault(target->id(), spec.fault);
-    return QString::fromLatin1("station %1: %2").arg(target->id()).arg(describeFault(spec.fault));
+    if (!fault)
+        return QLatin1String("error: ") + fault.error();
+    m_line.setFault(target->id(), *fault);
+    return QString::fromLatin1("station %1: %2").arg(target->id()).arg(describeFault(*fault));
 }
 
 QString LineConsole::dump(const QStringList& words) {

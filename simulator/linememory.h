@@ -10,13 +10,12 @@ namespace simulator {
  *  all of them. */
 std::vector<Station*> stationsOf(const Line& line, const StationAddress& address);
 
-/** Writes a memory file into the stations of @p line. Returns the error, empty
- *  on success; with an error nothing is written. */
-QString loadMemory(const Line& line, const QString& file_name);
+/** Writes a memory file into the stations of @p line. With an error nothing is
+ *  written. */
+Result<void> loadMemory(const Line& line, const QString& file_name);
 
-/** Saves all stations of @p line; loadMemory() takes the file. Returns the
- *  error, empty on success. */
-QString saveMemory(const Line& line, const QString& file_name);
+/** Saves all stations of @p line; loadMemory() takes the file. */
+Result<void> saveMemory(const Line& line, const QString& file_name);
 
 } // namespace simulator
 

@@ -1,6 +1,8 @@
 #ifndef SIMULATOR_LINEPORT_H
 #define SIMULATOR_LINEPORT_H
 
+#include "common/result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -21,8 +23,8 @@ public:
     void setLog(const LogSink& log) { m_log = log; }
 
     /** Opens the line; also again after close(), under the same path where the
-     *  kernel allows it. Returns the error, empty on success. */
-    virtual QString open() = 0;
+     *  kernel allows it. An error names what it is about. */
+    virtual Result<void> open() = 0;
 
     /** Closes the line: a client sees it go. */
     virtual void close() = 0;

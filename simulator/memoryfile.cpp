@@ -11,55 +11,47 @@ QString withoutComment(const QByteArray& line) {
     return QString::fromUtf8(line).section(QLatin1Char('#'), 0, 0).simplified();
 }
 
-/** Reads one line into @p entry; returns what is wrong with it, or nothing. */
-QString parseEntry(const QString& line, MemoryEntry& entry) {
+/** Reads line @p number of a file. */
+Result<MemoryEntry> parseEntry(const QString& line, int number) {
     const QStringList words = line.split(QLatin1Char(' '));
     if (words.size() != 2)
-        return QString::fromLatin1("\"%1\" is not ADDRESS VALUE, such as 0x1000 850").arg(line);
+        return Failure(
+            QString::fromLatin1("\"%1\" is not ADDRESS VALUE, such as 0x1000 850").arg(line));
     const std::optional<StationAddress> address = parseStationAddress(words.at(0));
     if (!address)
-        return QString::fromLatin1("\"%1\" is no address; it must be like 4096, 0x1000 or 2-0x1000 "
-                                   "for station 2")
-            .arg(words.at(0));
+        return Failure(QString::fromLatin1("\"%1\" is no address; it must be like 4096, 0x1000 or "
+                                           "2-0x1000 for station 2")
+                           .arg(words.at(0)));
     const std::optional<quint32> value = parseNumber(words.at(1));
     if (!value)
-        return QString::fromLatin1("\"%1\" is no value; it must be a 32-bit number in decimal or, "
-                                   "after 0x, in hexadecimal")
-            .arg(words.at(1));
-    entry.address = *address;
-    entry.value = *value;
-    return QString();
-}
-
-MemoryFile failed(const QString& error) {
-    MemoryFile memory;
-    memory.error = error;
-    return memory;
+        return Failure(QString::fromLatin1("\"%1\" is no value; it must be a 32-bit number in "
+                                           "decimal or, after 0x, in hexadecimal")
+                           .arg(words.at(1)));
+    return MemoryEntry{*address, *value, number};
 }
 
 } // namespace
 
-MemoryFile loadMemoryFile(const QString& file_name) {
+Result<std::vector<MemoryEntry>> loadMemoryFile(const QString& file_name) {
     QFile file(file_name);
     if (!file.open(QIODevice::ReadOnly))
-        return failed(QString::fromLatin1("%1: %2").arg(file_name, file.errorString()));
-    MemoryFile memory;
+        return Failure(QString::fromLatin1("%1: %2").arg(file_name, file.errorString()));
+    std::vector<MemoryEntry> entries;
     for (int number = 1; !file.atEnd(); ++number) {
         const QString line = withoutComment(file.readLine());
         if (line.isEmpty())
             continue;
-        MemoryEntry entry;
-        const QString error = parseEntry(line, entry);
-        if (!error.isEmpty())
-            return failed(QString::fromLatin1("%1:%2: %3").arg(file_name).arg(number).arg(error));
-        entry.line = number;
-        memory.entries.push_back(entry);
+        const Result<MemoryEntry> entry = parseEntry(line, number);
+        if (!entry)
+            return Failure(
+                QString::fromLatin1("%1:%2: %3").arg(file_name).arg(number).arg(entry.error()));
+        entries.push_back(*entry);
     }
-    return memory;
+    return entries;
 }
 
-QString saveMemoryFile(const QString& file_name,
-                       const std::map<quint8, std::map<quint32, quint32>>& stations) {
+Result<void> saveMemoryFile(const QString& file_name,
+                            const std::map<quint8, std::map<quint32, quint32>>& stations) {
     QSaveFile file(file_name);
     if (file.open(QIODevice::WriteOnly)) {
         for (const auto& [station, memory] : stations) {
@@ -71,9 +63,9 @@ QString saveMemoryFile(const QString& file_name,
                                .toLatin1());
         }
         if (file.commit())
-            return QString();
+            return {};
     }
-    return QString::fromLatin1("%1: %2").arg(file_name, file.errorString());
+    return Failure(QString::fromLatin1("%1: %2").arg(file_name, file.errorString()));
 }
 
 } // namespace simulator

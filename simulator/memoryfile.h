@@ -1,6 +1,7 @@
 #ifndef SIMULATOR_MEMORYFILE_H
 #define SIMULATOR_MEMORYFILE_H
 
+#include "common/result.h"
 #include "simulator/numbers.h"
 
 #include <QString>
@@ -17,20 +18,14 @@ struct MemoryEntry {
     int line = 0; // of the file, from 1
 };
 
-/** The contents of a memory file, or why it cannot be used. */
-struct MemoryFile {
-    std::vector<MemoryEntry> entries;
-    QString error; // "FILE:LINE: what is wrong and what would be right", or empty
-};
-
-/** Reads "ADDRESS VALUE" lines; see docs/simulator.md. All or nothing: with an
- *  error there are no entries. */
-MemoryFile loadMemoryFile(const QString& file_name);
+/** Reads "ADDRESS VALUE" lines; see docs/simulator.md. The error is "FILE:LINE:
+ *  what is wrong and what would be right". */
+Result<std::vector<MemoryEntry>> loadMemoryFile(const QString& file_name);
 
 /** Writes one line per double word of each station, replacing the file only
- *  when all of it could be written. Returns the error, empty on success. */
-QString saveMemoryFile(const QString& file_name,
-                       const std::map<quint8, std::map<quint32, quint32>>& stations);
+ *  when all of it could be written. */
+Result<void> saveMemoryFile(const QString& file_name,
+                            const std::map<quint8, std::map<quint32, quint32>>& stations);
 
 } // namespace simulator
 

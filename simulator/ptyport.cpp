@@ -38,7 +38,7 @@ public:
     explicit PtyPort(const QString& link) : m_link(link) {}
     ~PtyPort() override { close(); }
 
-    QString open() override;
+    Result<void> open() override;
     void close() override;
     bool isOpen() const override { return m_master.isOpen(); }
     QString path() const override {
@@ -48,7 +48,7 @@ public:
     void write(const QByteArray& bytes) override;
 
 private:
-    QString placeLink();
+    Result<void> placeLink();
     void noteClient(bool present);
     bool hasClientNow() const { return (waitForInput(m_master.get(), 0) & POLLHUP) == 0; }
     void waitForClient();
@@ -59,7 +59,7 @@ private:
     bool m_has_client = false;
 };
 
-QString PtyPort::open() {
+Result<void> PtyPort::open() {
     std::array<char, 64> path = {};
     m_has_client = false;
     m_master.reset(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
@@ -67,27 +67,27 @@ QString PtyPort::open() {
     if (fd < 0 || ::grantpt(fd) != 0 || ::unlockpt(fd) != 0 ||
         ::ptsname_r(fd, path.data(), path.size()) != 0 || !resetClientEnd(path.data())) {
         m_master.reset();
-        return QString::fromLatin1("no pseudo-terminal: %1")
-            .arg(QString::fromLocal8Bit(std::strerror(errno)));
+        return Failure(QString::fromLatin1("no pseudo-terminal: %1")
+                           .arg(QString::fromLocal8Bit(std::strerror(errno))));
     }
     m_client_path = path.data();
-    const QString error = m_link.isEmpty() ? QString() : placeLink();
-    if (!error.isEmpty())
+    const Result<void> placed = m_link.isEmpty() ? Result<void>() : placeLink();
+    if (!placed)
         m_master.reset();
-    return error;
+    return placed;
 }
 
-QString PtyPort::placeLink() {
+Result<void> PtyPort::placeLink() {
     const QFileInfo existing(m_link);
     if (existing.isSymLink())
         QFile::remove(m_link);
     else if (existing.exists())
-        return QString::fromLatin1("%1: there is a file of this name; it is left alone")
-            .arg(m_link);
+        return Failure(
+            QString::fromLatin1("%1: there is a file of this name; it is left alone").arg(m_link));
     QFile target(QString::fromLocal8Bit(m_client_path));
     if (!target.link(m_link))
-        return QString::fromLatin1("%1: %2").arg(m_link, target.errorString());
-    return QString();
+        return Failure(QString::fromLatin1("%1: %2").arg(m_link, target.errorString()));
+    return {};
 }
 
 void PtyPort::close() {

@@ -14,7 +14,7 @@ class SerialPort : public LinePort {
 public:
     SerialPort(const QString& device, int baud) : m_device(device), m_baud(baud) {}
 
-    QString open() override;
+    Result<void> open() override;
     void close() override { m_port.reset(); }
     bool isOpen() const override { return m_port != nullptr; }
     QString path() const override { return m_device; }
@@ -29,13 +29,13 @@ private:
     std::unique_ptr<QSerialPort> m_port;
 };
 
-QString SerialPort::open() {
+Result<void> SerialPort::open() {
     m_port = std::make_unique<QSerialPort>(m_device);
     if (m_port->open(QIODevice::ReadWrite) && configure())
-        return QString();
-    const QString error = m_device + QLatin1String(": ") + m_port->errorString();
+        return {};
+    const Failure failure(m_device + QLatin1String(": ") + m_port->errorString());
     m_port.reset();
-    return error;
+    return failure;
 }
 
 bool SerialPort::configure() {

@@ -1,6 +1,8 @@
 #ifndef SIMULATOR_SPECTEXT_H
 #define SIMULATOR_SPECTEXT_H
 
+#include "common/result.h"
+
 #include <QString>
 
 #include <utility>
@@ -8,14 +10,13 @@
 
 namespace simulator {
 
-/** A setting on a command line: "HEAD" or "HEAD:KEY=VALUE,KEY=VALUE". */
-struct SpecText {
-    QString head;
-    std::vector<std::pair<QString, QString>> settings;
-    QString error; // the part that has no "=", quoted in a sentence; or empty
-};
+/** What stands on a command line: "HEAD" or "HEAD:KEY=VALUE,KEY=VALUE". */
+using SpecSettings = std::vector<std::pair<QString, QString>>; // keys and values
 
-SpecText parseSpec(const QString& text);
+QString specHead(const QString& text);
+
+/** An error quotes the part that has no "=". */
+Result<SpecSettings> specSettings(const QString& text);
 
 } // namespace simulator
 

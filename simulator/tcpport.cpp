@@ -36,7 +36,7 @@ class TcpPort : public LinePort {
 public:
     TcpPort(const QString& host, quint16 port) : m_host(host), m_port(port) {}
 
-    QString open() override;
+    Result<void> open() override;
     void close() override;
     bool isOpen() const override { return m_listener != nullptr; }
     QString path() const override {
@@ -54,15 +54,15 @@ private:
     std::unique_ptr<Listener> m_listener; // after m_client, which it fills
 };
 
-QString TcpPort::open() {
+Result<void> TcpPort::open() {
     m_listener = std::make_unique<Listener>(m_client);
     if (m_listener->listen(QHostAddress(m_host), m_port)) {
         m_port = m_listener->serverPort();
-        return QString();
+        return {};
     }
-    const QString error = path() + QLatin1String(": ") + m_listener->errorString();
+    const Failure failure(path() + QLatin1String(": ") + m_listener->errorString());
     m_listener.reset();
-    return error;
+    return failure;
 }
 
 void TcpPort::close() {

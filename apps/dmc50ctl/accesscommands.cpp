@@ -67,18 +67,19 @@ int runRead(PanelSession& session, const Target& target, const Options& options)
     return allOk(rows) ? EXIT_OK : EXIT_COMMUNICATION;
 }
 
-std::optional<QVector<QByteArray>> parseValues(const Target& target) {
+Result<QVector<QByteArray>, QStringList> parseValues(const Target& target) {
     QVector<QByteArray> values;
-    bool all_fit = true;
+    QStringList errors;
     for (int i = 0; i < target.values.size(); ++i) {
-        QString problem;
-        const auto value = parseValue(target.tags[i], target.values[i], problem);
-        if (!value)
-            printError(problem);
-        all_fit = all_fit && value;
-        values.append(value.value_or(QByteArray()));
+        const Result<QByteArray> value = parseValue(target.tags[i], target.values[i]);
+        if (value)
+            values.append(*value);
+        else
+            errors.append(value.error());
     }
-    return all_fit ? std::optional<QVector<QByteArray>>(values) : std::nullopt;
+    if (!errors.isEmpty())
+        return tl::make_unexpected(errors);
+    return values;
 }
 
 int runWrite(PanelSession& session, const Target& target, const QVector<QByteArray>& values,

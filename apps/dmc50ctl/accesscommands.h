@@ -22,8 +22,8 @@ int runWrite(host::PanelSession& session, const Target& target, const QVector<QB
 int runWatch(host::PanelSession& session, const Target& target, const Options& options,
              const std::atomic<bool>& interrupted);
 
-/** The bytes of the texts in target.values; empty after a message when one of
- *  them does not fit its tag. */
-std::optional<QVector<QByteArray>> parseValues(const Target& target);
+/** The bytes of the texts in target.values; an error for each that does not fit its
+ *  tag. */
+Result<QVector<QByteArray>, QStringList> parseValues(const Target& target);
 
 #endif

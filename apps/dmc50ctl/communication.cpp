@@ -99,8 +99,11 @@ private:
 
 int Communication::prepare() {
     const auto values = parseValues(m_target);
-    if (!values)
+    if (!values) {
+        for (const QString& error : values.error())
+            printError(error);
         return EXIT_USAGE;
+    }
     m_values = *values;
     if (m_options.trace_file.isEmpty())
         return EXIT_OK;
@@ -143,15 +146,13 @@ int Communication::runCommand(PanelSession& session) {
 /** The communication thread, from the first opening of a port to the end of the
  *  last driver. */
 void Communication::work(const PanelSetup& setup) {
-    QString problem;
-    const auto session =
-        PanelSession::open(m_target.project, m_target.linkIds(), m_plugin, setup, problem);
+    const auto session = PanelSession::open(m_target.project, m_target.linkIds(), m_plugin, setup);
     if (!session) {
-        printError(problem);
+        printError(session.error());
         return;
     }
-    m_shared.setSession(session.get());
-    m_status = runCommand(*session);
+    m_shared.setSession(session->get());
+    m_status = runCommand(**session);
     m_shared.setSession(nullptr);
 }
 

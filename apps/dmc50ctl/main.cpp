@@ -29,10 +29,10 @@ int runProjectBuild(const Options& options) {
     const QString target = options.output.isEmpty()
                                ? QDir(options.directory).filePath(QStringLiteral("panel"))
                                : options.output;
-    const QStringList errors = buildPanelDirectory(options.directory, target);
-    if (!errors.isEmpty()) {
+    const auto built = buildPanelDirectory(options.directory, target);
+    if (!built) {
         // As compilers do, without the program's name, for editors to jump to.
-        for (const QString& error : errors)
+        for (const QString& error : built.error())
             std::fprintf(stderr, "%s\n", error.toUtf8().constData());
         return EXIT_COMMUNICATION;
     }
@@ -41,42 +41,37 @@ int runProjectBuild(const Options& options) {
 }
 
 int runProjectNew(const Options& options) {
-    QString problem;
-    if (!writeSampleProject(options.directory, problem))
-        return fail({problem}, EXIT_COMMUNICATION);
+    if (const Result<void> written = writeSampleProject(options.directory); !written)
+        return fail({written.error()}, EXIT_COMMUNICATION);
     printLine(QDir(options.directory).filePath(QLatin1String(PROJECT_FILE)));
     return EXIT_OK;
 }
 
 int runAccess(const Options& options, const Target& target, DriverPlugin& plugin) {
     QTemporaryDir scratch;
-    QString problem;
-    const QString panel = preparePanelDirectory(options, target.project, scratch.path(), problem);
-    if (panel.isEmpty())
-        return fail({problem}, EXIT_COMMUNICATION);
-    setPanelDirectory(panel);
+    const Result<QString> panel = preparePanelDirectory(options, target.project, scratch.path());
+    if (!panel)
+        return fail({panel.error()}, EXIT_COMMUNICATION);
+    setPanelDirectory(*panel);
     return communicate(target, options, plugin, [&] { scratch.remove(); });
 }
 
-std::unique_ptr<DriverPlugin> loadDriver(const Options& options, const QString& place,
-                                         QString& problem) {
+Result<std::unique_ptr<DriverPlugin>> loadDriver(const Options& options, const QString& place) {
     const QString path = options.plugin.isEmpty() ? findDriverPlugin(place) : options.plugin;
     if (!path.isEmpty())
-        return DriverPlugin::load(path, problem);
-    problem = QString::fromLatin1("the driver is in none of %1; give its path with --plugin")
-                  .arg(driverPluginPlaces(place).join(QLatin1String(", ")));
-    return nullptr;
+        return DriverPlugin::load(path);
+    return Failure(QString::fromLatin1("the driver is in none of %1; give its path with --plugin")
+                       .arg(driverPluginPlaces(place).join(QLatin1String(", "))));
 }
 
 int runWithDriver(const Options& options, const QString& place,
                   const std::optional<Target>& target) {
-    QString problem;
-    const std::unique_ptr<DriverPlugin> plugin = loadDriver(options, place, problem);
+    const Result<std::unique_ptr<DriverPlugin>> plugin = loadDriver(options, place);
     if (!plugin)
-        return fail({problem}, EXIT_COMMUNICATION);
+        return fail({plugin.error()}, EXIT_COMMUNICATION);
     if (options.command == Options::Command::Info)
-        return runInfo(*plugin, target ? &target->project : nullptr, options);
-    return runAccess(options, *target, *plugin);
+        return runInfo(**plugin, target ? &target->project : nullptr, options);
+    return runAccess(options, *target, **plugin);
 }
 
 /** A folder that only this user may enter. */
@@ -116,14 +111,15 @@ int main(int argc, char** argv) {
     std::optional<Target> target;
     if (options.needsTarget()) {
         const TargetReading reading = readTarget(options);
-        if (!reading.target)
-            return fail(reading.errors, reading.exit_status);
-        target = reading.target;
+        if (!reading)
+            return fail(reading.error().errors, reading.error().exit_status);
+        target = *reading;
     }
     const QString place = programDirectory();
-    QString problem;
-    if (!options.recipe.stick.isEmpty() && !mountPrivateStick(options.recipe.stick, problem))
-        return fail({problem}, EXIT_COMMUNICATION);
+    if (!options.recipe.stick.isEmpty()) {
+        if (const Result<void> mounted = mountPrivateStick(options.recipe.stick); !mounted)
+            return fail({mounted.error()}, EXIT_COMMUNICATION);
+    }
     const std::unique_ptr<QCoreApplication> application =
         makeApplication(argc, argv, options, target);
     switch (options.command) {

@@ -1,6 +1,7 @@
 #include "apps/dmc50ctl/options.h"
 
 #include "host/line/portcodes.h"
+#include "host/project/limits.h"
 #include "host/project/spelling.h"
 
 #include <CLI/CLI.hpp>
@@ -39,8 +40,8 @@ struct RawOptions {
     RawRecipeFileOptions recipe_file;
 };
 
-CLI::Validator inRange(int least, int most) {
-    return CLI::Range(least, most).description("");
+CLI::Validator inRange(const Range& range) {
+    return CLI::Range(range.least, range.most).description("");
 }
 
 void addTargetOptions(CLI::App& app, RawOptions& raw) {
@@ -52,7 +53,7 @@ void addTargetOptions(CLI::App& app, RawOptions& raw) {
         ->type_name("PORT");
     app.add_option("--station", raw.station, "Station of plain addresses (default 1)")
         ->type_name("N")
-        ->check(inRange(1, 255));
+        ->check(inRange(StationRange));
     app.add_option("--plugin", raw.plugin, "The driver, libdmc50v3.so (default: looked for)")
         ->type_name("PATH");
 }
@@ -63,21 +64,25 @@ void addLineOptions(CLI::App& app, RawOptions& raw) {
                                                  {"even", portcodes::PARITY_EVEN}};
     app.add_option("--baud", raw.baud, "Speed of a serial device")
         ->type_name("N")
-        ->check(inRange(300, 4000000));
+        ->check(inRange(BaudRange));
     app.add_option("--parity", raw.parity, "none, odd or even")
         ->type_name("PARITY")
         ->transform(CLI::CheckedTransformer(parities).description(""));
-    app.add_option("--databits", raw.data_bits, "7 or 8")->type_name("N")->check(inRange(7, 8));
-    app.add_option("--stopbits", raw.stop_bits, "1 or 2")->type_name("N")->check(inRange(1, 2));
+    app.add_option("--databits", raw.data_bits, "7 or 8")
+        ->type_name("N")
+        ->check(inRange(DataBitsRange));
+    app.add_option("--stopbits", raw.stop_bits, "1 or 2")
+        ->type_name("N")
+        ->check(inRange(StopBitsRange));
     app.add_option("--timeout", raw.timeout, "How long a controller may take to answer")
         ->type_name("MS")
-        ->check(inRange(1, 600000));
+        ->check(inRange(TimeoutRange));
     app.add_option("--retries", raw.retries, "Further attempts after a failure")
         ->type_name("N")
-        ->check(inRange(0, 100));
+        ->check(inRange(RetryRange));
     app.add_option("--delay", raw.delay, "Pause before each request")
         ->type_name("MS")
-        ->check(inRange(0, 10000));
+        ->check(inRange(DelayRange));
 }
 
 void addOutputOptions(CLI::App& app, RawOptions& raw) {
@@ -102,7 +107,7 @@ void addAccessCommands(CLI::App& app, RawOptions& raw) {
         ->check(CLI::Range(0.05, 3600.0).description(""));
     watch->add_option("--count", raw.rounds, "End after N rounds")
         ->type_name("N")
-        ->check(inRange(1, 1000000000));
+        ->check(inRange({1, 1000000000}));
     CLI::App* const info = app.add_subcommand("info", "Tell about the driver and the project");
     for (CLI::App* command : {read, write, watch, info})
         command->fallthrough();

@@ -16,22 +16,20 @@ QStringList linkNames(const Project& project, const QVector<int>& link_ids) {
     return names;
 }
 
-/** 0 with the reason in @p problem when there is none, or more than one. */
-int chooseLink(const Project& project, const QString& wanted, QString& problem) {
+/** An error when there is none, or more than one. */
+Result<int> chooseLink(const Project& project, const QString& wanted) {
     const QVector<int> links = linksWithRecipes(project);
     const QStringList names = linkNames(project, links);
     if (links.isEmpty())
-        problem = QStringLiteral("the project has no tag for a program, such as NA1000 with "
-                                 "count = 24");
-    else if (wanted.isEmpty() && links.size() > 1)
-        problem = QString::fromLatin1("choose a link with --link: %1")
-                      .arg(names.join(QLatin1String(", ")));
-    else if (!wanted.isEmpty() && !names.contains(wanted))
-        problem = QString::fromLatin1("no link '%1' has programs; these have: %2")
-                      .arg(wanted, names.join(QLatin1String(", ")));
-    else
-        return wanted.isEmpty() ? links.first() : links[names.indexOf(wanted)];
-    return 0;
+        return Failure(QStringLiteral("the project has no tag for a program, such as NA1000 with "
+                                      "count = 24"));
+    if (wanted.isEmpty() && links.size() > 1)
+        return Failure(QString::fromLatin1("choose a link with --link: %1")
+                           .arg(names.join(QLatin1String(", "))));
+    if (!wanted.isEmpty() && !names.contains(wanted))
+        return Failure(QString::fromLatin1("no link '%1' has programs; these have: %2")
+                           .arg(wanted, names.join(QLatin1String(", "))));
+    return wanted.isEmpty() ? links.first() : links[names.indexOf(wanted)];
 }
 
 QString success(const RecipeReport& report, Options::Command command) {
@@ -77,13 +75,12 @@ RecipeReport run(RecipeJob& job, Options::Command command) {
 
 } // namespace
 
-std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& options,
-                                       QString& problem) {
-    const int link = chooseLink(project, options.recipe.link, problem);
-    if (link == 0)
-        return std::nullopt;
+Result<RecipeOrder> recipeOrder(const Project& project, const Options& options) {
+    const Result<int> link = chooseLink(project, options.recipe.link);
+    if (!link)
+        return Failure(link.error());
     RecipeOrder order;
-    order.slots_known = recipeSlots(project, link, options.recipe.count);
+    order.slots_known = recipeSlots(project, *link, options.recipe.count);
     order.program_id = options.recipe.program_id;
     order.count = options.recipe.count;
     order.stick = options.recipe.stick;
@@ -91,11 +88,10 @@ std::optional<RecipeOrder> recipeOrder(const Project& project, const Options& op
     order.ignore_labels = options.recipe.ignore_labels;
     if (order.slots_known.partial.isEmpty())
         return order;
-    problem = QString::fromLatin1("program %1: the project's tags do not have all %2 double words; "
-                                  "the driver would take the others for 0")
-                  .arg(numberRanges(order.slots_known.partial))
-                  .arg(RECIPE_COLUMNS);
-    return std::nullopt;
+    return Failure(QString::fromLatin1("program %1: the project's tags do not have all %2 double "
+                                       "words; the driver would take the others for 0")
+                       .arg(numberRanges(order.slots_known.partial))
+                       .arg(RECIPE_COLUMNS));
 }
 
 int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,

@@ -7,10 +7,8 @@
 
 #include <atomic>
 
-/** What the driver is to transfer on which link of @p project. On failure
- *  @p problem says why that cannot be. */
-std::optional<host::RecipeOrder> recipeOrder(const host::Project& project, const Options& options,
-                                             QString& problem);
+/** What the driver is to transfer on which link of @p project. */
+Result<host::RecipeOrder> recipeOrder(const host::Project& project, const Options& options);
 
 /** Transfers target.recipe and reports it, unless it was @p interrupted. Returns an
  *  exit status. Communication thread. */

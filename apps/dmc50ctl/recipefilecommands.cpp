@@ -1,6 +1,7 @@
 #include "apps/dmc50ctl/recipefilecommands.h"
 
 #include "apps/dmc50ctl/valuetable.h"
+#include "common/result.h"
 #include "host/recipe/recipechart.h"
 #include "host/recipe/recipepicture.h"
 #include "host/recipe/recipetable.h"
@@ -23,23 +24,16 @@ using json = nlohmann::ordered_json;
 constexpr qint64 LARGEST_FILE = 1 << 20; // bytes; a full file has some 10,000
 constexpr int DEFAULT_COLUMNS = 80;
 
-/** Nothing, after a message, when the file cannot be read. @p count as in
- *  checkRecipe(). */
-std::optional<RecipeCheck> checkFile(const RecipeFileOptions& options, std::optional<int> count) {
+/** @p count as in checkRecipe(). */
+Result<RecipeCheck> checkFile(const RecipeFileOptions& options, std::optional<int> count) {
     QFile file(options.file);
-    if (!file.open(QIODevice::ReadOnly)) {
-        printError(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
-        return std::nullopt;
-    }
-    if (file.isSequential()) { // what has come of it by now may not be all
-        printError(QString::fromLatin1("%1: not a regular file").arg(options.file));
-        return std::nullopt;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return Failure(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
+    if (file.isSequential()) // what has come of it by now may not be all
+        return Failure(QString::fromLatin1("%1: not a regular file").arg(options.file));
     const QByteArray content = file.read(LARGEST_FILE + 1);
-    if (content.size() > LARGEST_FILE) {
-        printError(QString::fromLatin1("%1: too large for a program file").arg(options.file));
-        return std::nullopt;
-    }
+    if (content.size() > LARGEST_FILE)
+        return Failure(QString::fromLatin1("%1: too large for a program file").arg(options.file));
     return checkRecipe(content, count);
 }
 
@@ -163,31 +157,32 @@ void printCourse(const RecipeCheck& check, const RecipeProfile& profile, bool as
         printLine(trackText(track));
 }
 
-bool drawPicture(const RecipeFileOptions& options, const RecipeProfile& profile) {
+Result<void> drawPicture(const RecipeFileOptions& options, const RecipeProfile& profile) {
     const QString title =
         QString::fromLatin1("%1, %2 h")
             .arg(QFileInfo(options.file).fileName(), clockText(profile.durationSecs(), false));
     const QImage picture = recipePicture(profile, title);
-    if (picture.isNull()) {
-        printError(QString::fromLatin1("%1: no program takes time; there is nothing to draw")
-                       .arg(options.file));
-        return false;
-    }
+    if (picture.isNull())
+        return Failure(QString::fromLatin1("%1: no program takes time; there is nothing to draw")
+                           .arg(options.file));
     QSaveFile file(options.picture);
     if (file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG") && file.commit())
-        return true;
-    printError(QString::fromLatin1("%1: %2").arg(options.picture, file.errorString()));
-    return false;
+        return {};
+    return Failure(QString::fromLatin1("%1: %2").arg(options.picture, file.errorString()));
+}
+
+int fail(const QString& error) {
+    printError(error);
+    return EXIT_COMMUNICATION;
 }
 
 } // namespace
 
 int runRecipeCheck(const Options& options) {
     const QString& name = options.recipe_file.file;
-    const std::optional<RecipeCheck> check =
-        checkFile(options.recipe_file, options.recipe_file.count);
+    const Result<RecipeCheck> check = checkFile(options.recipe_file, options.recipe_file.count);
     if (!check)
-        return EXIT_COMMUNICATION;
+        return fail(check.error());
     if (options.json) {
         printLine(QString::fromStdString(checkJson(name, *check).dump(2)));
     } else {
@@ -200,9 +195,9 @@ int runRecipeCheck(const Options& options) {
 
 int runRecipeShow(const Options& options) {
     const RecipeFileOptions& file_options = options.recipe_file;
-    const std::optional<RecipeCheck> check = checkFile(file_options, std::nullopt);
+    const Result<RecipeCheck> check = checkFile(file_options, std::nullopt);
     if (!check)
-        return EXIT_COMMUNICATION;
+        return fail(check.error());
     const RecipeProfile profile = recipeProfile(
         check->programs, file_options.steps ? RecipeCourse::Step : RecipeCourse::Ramp);
     if (options.json)
@@ -212,7 +207,9 @@ int runRecipeShow(const Options& options) {
     if (!check->isGood())
         printError(QString::fromLatin1("%1: %2; \"recipe check\" lists them")
                        .arg(file_options.file, countsText(*check)));
-    if (!file_options.picture.isEmpty() && !drawPicture(file_options, profile))
-        return EXIT_COMMUNICATION;
+    if (!file_options.picture.isEmpty()) {
+        if (const Result<void> drawn = drawPicture(file_options, profile); !drawn)
+            return fail(drawn.error());
+    }
     return check->count(RecipeSeverity::Refused) == 0 ? EXIT_OK : EXIT_COMMUNICATION;
 }

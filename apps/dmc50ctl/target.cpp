@@ -15,8 +15,12 @@ using namespace host;
 
 namespace {
 
-TargetReading usageError(const QString& text) {
-    return {std::nullopt, {text}, EXIT_USAGE};
+tl::unexpected<TargetErrors> failed(const QStringList& errors, int exit_status) {
+    return tl::make_unexpected(TargetErrors{errors, exit_status});
+}
+
+tl::unexpected<TargetErrors> usageError(const QString& text) {
+    return failed({text}, EXIT_USAGE);
 }
 
 /** The command line's settings in place of a link's. */
@@ -43,11 +47,11 @@ bool splitAssignment(QString& item, QString& value) {
 }
 
 /** "ADDRESS[:TYPE[:COUNT]]" as a tag whose name is the text. */
-std::optional<TagDefinition> plainTag(const QString& text, QString& problem) {
+Result<TagDefinition> plainTag(const QString& text) {
     const QStringList parts = text.split(QLatin1Char(':'));
-    const auto address = parseProjectAddress(parts.first(), problem);
+    const Result<ProjectAddress> address = parseProjectAddress(parts.first());
     if (!address)
-        return std::nullopt;
+        return Failure(address.error());
     TagDefinition tag;
     tag.name = text;
     tag.address = *address;
@@ -55,16 +59,16 @@ std::optional<TagDefinition> plainTag(const QString& text, QString& problem) {
     const QString usual = QLatin1String(address->bit ? "bit" : is_data ? "dword" : "word");
     const QString type_name = parts.value(1, usual);
     const auto type = tagTypeByName(type_name);
+    if (!type)
+        return Failure(QString::fromLatin1("'%1' is not a type%2")
+                           .arg(type_name, spellingHint(type_name, tagTypeNames())));
+    tag.type = *type;
     bool is_count = true;
     tag.count = parts.size() > 2 ? parts[2].toInt(&is_count) : 1;
-    if (!type)
-        problem = QString::fromLatin1("'%1' is not a type%2")
-                      .arg(type_name, spellingHint(type_name, tagTypeNames()));
-    else if (!is_count || tag.count < 1 || tag.count > LARGEST_TAG_DWORDS * 32 || parts.size() > 3)
-        problem = QString::fromLatin1("'%1' has no good count; write NA1000:dword:24").arg(text);
-    else
-        tag.type = *type;
-    return problem.isEmpty() ? std::optional<TagDefinition>(tag) : std::nullopt;
+    if (!is_count || !TagCountRange.holds(tag.count) || parts.size() > 3)
+        return Failure(
+            QString::fromLatin1("'%1' has no good count; write NA1000:dword:24").arg(text));
+    return tag;
 }
 
 void addStation(Project& project, int station, bool is_default) {
@@ -78,8 +82,7 @@ void addStation(Project& project, int station, bool is_default) {
 }
 
 /** A project of one link with just the addresses that are asked for. */
-std::optional<Project> plainProject(const Options& options, const QStringList& items,
-                                    QStringList& errors) {
+ProjectReading plainProject(const Options& options, const QStringList& items) {
     Project project;
     LinkDefinition link;
     link.id = 1;
@@ -91,10 +94,9 @@ std::optional<Project> plainProject(const Options& options, const QStringList& i
     for (const QString& item : items) {
         if (project.tag(item))
             continue; // named twice
-        QString problem;
-        const auto tag = plainTag(item, problem);
+        const Result<TagDefinition> tag = plainTag(item);
         if (!tag) {
-            diagnostics.add({}, problem);
+            diagnostics.add({}, tag.error());
             continue;
         }
         project.tags.append(*tag);
@@ -104,16 +106,16 @@ std::optional<Project> plainProject(const Options& options, const QStringList& i
     }
     if (diagnostics.isEmpty())
         completeAndCheck(project, diagnostics);
-    errors = diagnostics.lines();
-    return diagnostics.isEmpty() ? std::optional<Project>(project) : std::nullopt;
+    if (!diagnostics.isEmpty())
+        return tl::make_unexpected(diagnostics.lines());
+    return project;
 }
 
 /** A tag by its name, or by its address as the project writes it. */
 const TagDefinition* findTag(const Project& project, const QString& item) {
     if (const TagDefinition* const named = project.tag(item))
         return named;
-    QString problem;
-    const auto address = parseProjectAddress(item, problem);
+    const Result<ProjectAddress> address = parseProjectAddress(item);
     for (const TagDefinition& tag : project.tags) {
         if (address && tag.address.accessText() == address->accessText() &&
             tag.address.station == address->station)
@@ -148,18 +150,25 @@ QStringList chooseTags(Target& target, const QStringList& items) {
     return errors;
 }
 
+TargetReading readPlainTarget(const Options& options, const QStringList& items) {
+    const ProjectReading project = plainProject(options, items);
+    if (!project)
+        return failed(project.error(), EXIT_USAGE);
+    return Target{*project, {}, {}, {}};
+}
+
 TargetReading readProjectTarget(const Options& options) {
     const QString path = QDir(options.project_directory).filePath(QLatin1String(PROJECT_FILE));
-    const ProjectReading reading = readProjectFile(path);
-    if (!reading.project)
-        return {std::nullopt, reading.errors, EXIT_COMMUNICATION};
+    const ProjectReading project = readProjectFile(path);
+    if (!project)
+        return failed(project.error(), EXIT_COMMUNICATION);
     Target target;
-    target.project = *reading.project;
+    target.project = *project;
     if (!options.port.isEmpty() && target.project.links.size() > 1)
         return usageError(QStringLiteral("--port cannot stand for the ports of several links"));
     for (LinkDefinition& link : target.project.links)
         overrideLink(link, options);
-    return {target, {}};
+    return target;
 }
 
 } // namespace
@@ -180,9 +189,10 @@ bool Target::needsWindows() const {
 }
 
 TargetReading readTarget(const Options& options) {
-    QString problem;
-    if (!options.port.isEmpty() && !parsePortAddress(options.port, problem))
-        return usageError(problem);
+    if (!options.port.isEmpty()) {
+        if (const auto port = parsePortAddress(options.port); !port)
+            return usageError(port.error());
+    }
     QStringList items = options.items;
     if (options.isTransfer() && options.project_directory.isEmpty())
         items = recipeSlotItems();
@@ -196,33 +206,27 @@ TargetReading readTarget(const Options& options) {
             values.append(value);
         }
     }
-    TargetReading reading;
-    if (options.project_directory.isEmpty()) {
-        const auto project = plainProject(options, items, reading.errors);
-        if (!project)
-            return {std::nullopt, reading.errors, EXIT_USAGE};
-        reading.target = Target{*project, {}, {}, {}};
-    } else {
-        reading = readProjectTarget(options);
-    }
-    if (!reading.target)
-        return reading;
-    reading.target->values = values;
-    const QStringList errors = chooseTags(*reading.target, items);
+    TargetReading target = options.project_directory.isEmpty() ? readPlainTarget(options, items)
+                                                               : readProjectTarget(options);
+    if (!target)
+        return target;
+    target->values = values;
+    const QStringList errors = chooseTags(*target, items);
     if (!errors.isEmpty())
-        return {std::nullopt, errors, EXIT_USAGE};
+        return failed(errors, EXIT_USAGE);
     if (!options.isTransfer())
-        return reading;
-    reading.target->recipe = recipeOrder(reading.target->project, options, problem);
-    if (!reading.target->recipe)
-        return usageError(problem);
-    reading.target->tags = reading.target->recipe->slots_known.tags;
-    return reading;
+        return target;
+    const Result<RecipeOrder> order = recipeOrder(target->project, options);
+    if (!order)
+        return usageError(order.error());
+    target->recipe = *order;
+    target->tags = order->slots_known.tags;
+    return target;
 }
 
-QString preparePanelDirectory(const Options& options, const Project& project,
-                              const QString& scratch, QString& problem) {
+Result<QString> preparePanelDirectory(const Options& options, const Project& project,
+                                      const QString& scratch) {
     if (!options.project_directory.isEmpty() && isPanelDirectory(options.project_directory))
         return options.project_directory;
-    return writeDatabase(project, scratch, problem) ? scratch : QString();
+    return writeDatabase(project, scratch).map([&scratch] { return scratch; });
 }

@@ -18,21 +18,21 @@ struct Target {
     bool needsWindows() const; // for the program transfer
 };
 
-/** A Target, or why there is none. */
-struct TargetReading {
-    std::optional<Target> target;
+/** Why there is no Target. */
+struct TargetErrors {
     QStringList errors;
-    int exit_status = EXIT_OK; // of the errors
+    int exit_status; // that they lead to
 };
+
+using TargetReading = Result<Target, TargetErrors>;
 
 /** Finds the project's tags, or makes a project of the plain addresses, with the
  *  command line's port and timing. */
 TargetReading readTarget(const Options& options);
 
 /** Makes the panel directory that the driver will use and returns its path: that
- *  of a built project as it stands, otherwise a fresh one in @p scratch. Empty
- *  with the reason in @p problem on failure. */
-QString preparePanelDirectory(const Options& options, const host::Project& project,
-                              const QString& scratch, QString& problem);
+ *  of a built project as it stands, otherwise a fresh one in @p scratch. */
+Result<QString> preparePanelDirectory(const Options& options, const host::Project& project,
+                                      const QString& scratch);
 
 #endif

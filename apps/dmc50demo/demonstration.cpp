@@ -51,9 +51,9 @@ LineStatistics difference(const LineStatistics& later, const LineStatistics& ear
 } // namespace
 
 bool Demonstration::succeeds(const Outcome& outcome) {
-    if (!outcome.isEmpty())
-        m_screen.failed(outcome);
-    return outcome.isEmpty();
+    if (!outcome)
+        m_screen.failed(outcome.error());
+    return outcome.has_value();
 }
 
 bool Demonstration::prepare(const QString& project_directory, const QString& panel_directory,
@@ -76,34 +76,32 @@ Demonstration::Outcome Demonstration::compile(const QString& project_directory,
                                               const QString& panel_directory) {
     m_screen.begin(QStringLiteral("Compiling the project ") + project_directory);
     QDir().mkpath(panel_directory);
-    const QStringList errors = buildPanelDirectory(project_directory, panel_directory);
-    if (!errors.isEmpty())
-        return errors.join(QLatin1Char('\n'));
     const QDir panel(panel_directory);
-    const ProjectReading reading = readProjectFile(panel.filePath(QLatin1String(PROJECT_FILE)));
-    if (!reading.project)
-        return reading.errors.join(QLatin1Char('\n'));
-    m_project = *reading.project;
+    const ProjectReading project =
+        buildPanelDirectory(project_directory, panel_directory).and_then([&panel] {
+            return readProjectFile(panel.filePath(QLatin1String(PROJECT_FILE)));
+        });
+    if (!project)
+        return Failure(project.error().join(QLatin1Char('\n')));
+    m_project = *project;
     const QFileInfo database(panel.filePath(QLatin1String(DATABASE_FILE)));
     if (database.size() == 0)
-        return QStringLiteral("There is no database ") + database.filePath();
+        return Failure(QStringLiteral("There is no database ") + database.filePath());
     setPanelDirectory(panel_directory);
     m_screen.done(QString::fromLatin1("%1 tags of %2 stations in its SQLite database, %3 bytes")
                       .arg(m_project.tags.size())
                       .arg(m_project.nodes.size())
                       .arg(database.size()));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::startLine() {
     m_screen.begin(QStringLiteral("Starting a simulated RS-485 line"));
     m_line = makeFurnaceLine(m_project);
-    const QString problem = runFurnace(*m_line, m_project);
-    if (!problem.isEmpty())
-        return problem;
-    const QString error = m_line->start();
-    if (!error.isEmpty())
-        return error;
+    const Outcome started =
+        runFurnace(*m_line, m_project).and_then([this] { return m_line->start(); });
+    if (!started)
+        return started;
     for (LinkDefinition& link : m_project.links) {
         link.port = m_line->devicePath();
         link.timeout_ms = TIMEOUT_MS;
@@ -112,21 +110,21 @@ Demonstration::Outcome Demonstration::startLine() {
     m_screen.done(QString::fromLatin1("DMC50 stations 1 and 2 on the pty %1, %2 baud")
                       .arg(m_line->devicePath())
                       .arg(FURNACE_BAUD));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::loadDriver(const QString& path) {
     m_screen.begin(QStringLiteral("Loading the plug-in ") + QDir().relativeFilePath(path));
-    QString problem;
     KDevice::getInstance(); // as in the panel, on the GUI thread
     m_operator = std::make_unique<PanelOperator>();
-    m_plugin = DriverPlugin::load(path, problem);
-    if (!m_plugin)
-        return problem;
+    Result<std::unique_ptr<DriverPlugin>> plugin = DriverPlugin::load(path);
+    if (!plugin)
+        return Failure(plugin.error());
+    m_plugin = std::move(*plugin);
     const std::unique_ptr<DriverInterface> driver = m_plugin->createDriver();
     m_screen.done(QString::fromLatin1("driver %1 for %2, version %3")
                       .arg(quoted(driver->name()), driver->vender(), driver->getVersionNumber()));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::openSession() {
@@ -135,10 +133,13 @@ Demonstration::Outcome Demonstration::openSession() {
         links.insert(link.id);
     PanelSetup setup;
     setup.log = ignoreLog;
-    QString problem;
-    m_session = PanelSession::open(m_project, links, *m_plugin, setup, problem);
+    Result<std::unique_ptr<PanelSession>> session =
+        PanelSession::open(m_project, links, *m_plugin, setup);
+    if (!session)
+        return Failure(session.error());
+    m_session = std::move(*session);
     m_tags = tagsToShow(m_project, m_screen.rowsForTable());
-    return m_session ? Outcome() : problem;
+    return {};
 }
 
 void Demonstration::look() {
@@ -194,18 +195,19 @@ Demonstration::Outcome Demonstration::showValues() {
     timer.start();
     letViewerLook(LONG_LOOK_MS);
     if (!lookUntil(PATIENCE_MS, [&] { return valuesUnlike(first) > 0; }))
-        return QStringLiteral("No value has changed, though the furnace is running");
+        return Failure(QStringLiteral("No value has changed, though the furnace is running"));
     m_calm_msecs = timer.elapsed();
     m_calm = difference(m_session->statistics(), before);
     for (const TagRow& row : m_rows) {
         if (row.value.isEmpty() || !row.error.isEmpty())
-            return QString::fromLatin1("%1 has no value: %2").arg(quoted(row.tag.name), row.error);
+            return Failure(
+                QString::fromLatin1("%1 has no value: %2").arg(quoted(row.tag.name), row.error));
     }
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("%1 values read, %2 of them have changed meanwhile")
                       .arg(m_rows.size())
                       .arg(valuesUnlike(first)));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::writeValue() {
@@ -213,16 +215,15 @@ Demonstration::Outcome Demonstration::writeValue() {
     const quint32 before = memory(*tag);
     m_screen.begin(
         QString::fromLatin1("Writing %1 to %2").arg(WRITTEN_VALUE).arg(quoted(tag->name)));
-    QString problem;
-    const auto bytes = parseValue(*tag, QString::number(WRITTEN_VALUE), problem);
+    const Result<QByteArray> bytes = parseValue(*tag, QString::number(WRITTEN_VALUE));
     if (!bytes)
-        return problem;
+        return Failure(bytes.error());
     const TagResult result = m_session->link(tag->link_id).write(*tag, *bytes);
     if (!result.ok())
-        return result.error;
+        return Failure(result.error);
     const quint32 after = memory(*tag);
     if (before == after || after != WRITTEN_VALUE)
-        return QString::fromLatin1("The controller's memory shows %1").arg(after);
+        return Failure(QString::fromLatin1("The controller's memory shows %1").arg(after));
     letViewerLook(SHORT_LOOK_MS);
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now")
@@ -230,7 +231,7 @@ Demonstration::Outcome Demonstration::writeValue() {
                       .arg(tag->station)
                       .arg(before)
                       .arg(after));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::silenceStation() {
@@ -239,14 +240,14 @@ Demonstration::Outcome Demonstration::silenceStation() {
     const bool told =
         lookUntil(PATIENCE_MS, [this] { return !stationError(SILENT_STATION).isEmpty(); });
     if (!told)
-        return QStringLiteral("No error has shown up");
+        return Failure(QStringLiteral("No error has shown up"));
     const QString error = stationError(SILENT_STATION);
     if (!error.endsWith(QLatin1String("DMC50 no response")))
-        return QStringLiteral("Another error has shown up: ") + error;
+        return Failure(QStringLiteral("Another error has shown up: ") + error);
     letViewerLook(SHORT_LOOK_MS);
     m_screen.keep(m_rows);
     m_screen.done(quoted(error));
-    return Outcome();
+    return {};
 }
 
 Demonstration::Outcome Demonstration::recoverStation() {
@@ -258,24 +259,23 @@ Demonstration::Outcome Demonstration::recoverStation() {
         lookUntil(PATIENCE_MS, [this] { return stationError(SILENT_STATION).isEmpty(); });
     const qint64 msecs = timer.elapsed();
     if (!recovered)
-        return stationError(SILENT_STATION);
+        return Failure(stationError(SILENT_STATION));
     letViewerLook(SHORT_LOOK_MS);
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("its values are fresh after %1 ms").arg(msecs));
-    return Outcome();
+    return {};
 }
 
 /** The controllers' other values are left alone meanwhile, so that the line is free
  *  for the programs. */
 Demonstration::Outcome Demonstration::transferRecipes() {
-    if (!m_stick.problem.isEmpty())
-        return m_stick.problem;
+    if (!m_stick)
+        return Failure(m_stick.error());
     m_session->poll(m_tags.mid(0, 1));
-    RecipeAct act(m_screen, *m_session, m_project, *m_line, *m_operator, m_stick.directory);
-    Outcome outcome = act.pull();
-    if (outcome.isEmpty())
-        outcome = act.pushEdited();
-    return outcome.isEmpty() ? act.pushBad() : outcome;
+    RecipeAct act(m_screen, *m_session, m_project, *m_line, *m_operator, *m_stick);
+    return act.pull().and_then([&act] { return act.pushEdited(); }).and_then([&act] {
+        return act.pushBad();
+    });
 }
 
 void Demonstration::summarize() {

@@ -11,12 +11,6 @@
 #include <functional>
 #include <memory>
 
-/** The folder that serves this process as its USB stick. */
-struct DemoStick {
-    QString directory;
-    QString problem; // why it does not; else empty
-};
-
 /** The sample project on a simulated line, step by step. Each step checks that what
  *  it says has happened, in the simulated controller where it can.
  *
@@ -24,8 +18,9 @@ struct DemoStick {
  *  panel's runtime. */
 class Demonstration {
 public:
-    /** A @p brisk one does not wait for the viewer. */
-    Demonstration(Screen& screen, bool brisk, const DemoStick& stick)
+    /** A @p brisk one does not wait for the viewer. @p stick is the folder that serves
+     *  this process as its USB stick, or why none does. */
+    Demonstration(Screen& screen, bool brisk, const Result<QString>& stick)
         : m_screen(screen), m_brisk(brisk), m_stick(stick) {}
 
     /** Compiles the project folder into the panel directory, starts the line and
@@ -38,8 +33,8 @@ public:
     bool run();
 
 private:
-    /** Empty, or what did not happen. */
-    using Outcome = QString;
+    /** An error says what did not happen. */
+    using Outcome = Result<void>;
 
     Outcome compile(const QString& project_directory, const QString& panel_directory);
     Outcome startLine();
@@ -63,7 +58,7 @@ private:
 
     Screen& m_screen;
     const bool m_brisk;
-    const DemoStick m_stick;
+    const Result<QString> m_stick;
     host::Project m_project;
     std::unique_ptr<simulator::Line> m_line;
     std::unique_ptr<host::DriverPlugin> m_plugin;

@@ -58,17 +58,17 @@ std::unique_ptr<simulator::Line> makeFurnaceLine(const Project& project) {
     return std::make_unique<simulator::Line>(simulator::makePtyPort(), settings);
 }
 
-QString runFurnace(simulator::Line& line, const Project& project) {
+Result<void> runFurnace(simulator::Line& line, const Project& project) {
     for (const FurnaceValue& entry : FURNACE) {
         const TagDefinition* const tag = project.tag(QString::fromLatin1(entry.tag));
         if (!tag)
-            return QString::fromLatin1("the project has no tag \"%1\"")
-                .arg(QLatin1String(entry.tag));
+            return Failure(
+                QString::fromLatin1("the project has no tag \"%1\"").arg(QLatin1String(entry.tag)));
         simulator::Station* const station = line.station(quint8(tag->station));
         if (entry.value.from == entry.value.to && entry.value.step == 0)
             station->write(tag->address.dword, quint32(entry.value.from));
         else
             station->setMoving(tag->address.dword, entry.value);
     }
-    return QString();
+    return {};
 }

@@ -14,8 +14,7 @@ constexpr int FURNACE_BAUD = 38400;
 std::unique_ptr<simulator::Line> makeFurnaceLine(const host::Project& project);
 
 /** Gives the controllers the values of a running vacuum furnace, most of them
- *  moving, where the sample project's tags are. Returns what is wrong, empty when
- *  all is well. */
-QString runFurnace(simulator::Line& line, const host::Project& project);
+ *  moving, where the sample project's tags are. */
+Result<void> runFurnace(simulator::Line& line, const host::Project& project);
 
 #endif

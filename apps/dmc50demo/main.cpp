@@ -46,9 +46,9 @@ int main(int argc, char** argv) {
     const QString plugin_path =
         plugin.empty() ? findDriverPlugin(programDirectory()) : QString::fromStdString(plugin);
     const QTemporaryDir folder;
-    DemoStick stick;
-    stick.directory = folder.path();
-    mountPrivateStick(stick.directory, stick.problem); // while there is only this thread
+    const Result<QString> stick =
+        mountPrivateStick(folder.path()) // while there is only this thread
+            .map([&folder] { return folder.path(); });
 
     // The plug-in's message panel needs a whole application, but no screen.
     setenv("QT_QPA_PLATFORM", "offscreen", 0);

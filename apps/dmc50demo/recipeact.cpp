@@ -91,23 +91,23 @@ RecipeAct::Memory RecipeAct::memory() const {
     return values;
 }
 
-QString RecipeAct::pull() {
+Result<void> RecipeAct::pull() {
     m_screen.begin(QString::fromLatin1("Pulling %1 programs to a USB stick").arg(RECIPE_PROGRAMS));
     QElapsedTimer timer;
     timer.start();
     const RecipeReport report = transfer(&RecipeJob::pull, RECIPE_PROGRAMS);
     if (!report.ok())
-        return report.problems.join(QLatin1Char('\n'));
+        return Failure(report.problems.join(QLatin1Char('\n')));
     if (valuesIn(path()) != memory())
-        return QStringLiteral("The file is not what the controller holds");
+        return Failure(QStringLiteral("The file is not what the controller holds"));
     m_screen.done(QString::fromLatin1("%1 on the stick after %2, value by value what station %3 "
                                       "holds")
                       .arg(QFileInfo(path()).fileName(), seconds(timer))
                       .arg(m_slots.station));
-    return QString();
+    return {};
 }
 
-QString RecipeAct::pushEdited() {
+Result<void> RecipeAct::pushEdited() {
     Table table = readTable(path());
     QString& field = table[EDITED_PROGRAM][RECIPE_TEMPERATURE];
     m_screen.begin(QString::fromUtf8("Pushing them back, program %1 with %2 °C instead of %3")
@@ -120,12 +120,12 @@ QString RecipeAct::pushEdited() {
     const quint32 before = changed;
     changed = EDITED_VALUE;
     if (!writeTable(table, path()))
-        return QStringLiteral("The file cannot be edited");
+        return Failure(QStringLiteral("The file cannot be edited"));
     const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
     if (!report.ok())
-        return report.problems.join(QLatin1Char('\n'));
+        return Failure(report.problems.join(QLatin1Char('\n')));
     if (memory() != expected)
-        return QStringLiteral("The controller's memory is not what the file says");
+        return Failure(QStringLiteral("The controller's memory is not what the file says"));
     m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now; the other "
                                       "%5 are as before")
                       .arg(recipeSlotAddress(EDITED_PROGRAM), 8, 16, QLatin1Char('0'))
@@ -133,24 +133,24 @@ QString RecipeAct::pushEdited() {
                       .arg(before)
                       .arg(EDITED_VALUE)
                       .arg(expected.size() - 1));
-    return QString();
+    return {};
 }
 
-QString RecipeAct::pushBad() {
+Result<void> RecipeAct::pushBad() {
     m_screen.begin(QStringLiteral("Pushing a file with three bad fields"));
     Table table = readTable(path());
     table[1][RECIPE_TEMPERATURE] = QStringLiteral("85O");
     table[4][RECIPE_MINUTES] = QStringLiteral("1.5");
     table[9][RECIPE_PID_GROUP].clear();
     if (!writeTable(table, path()))
-        return QStringLiteral("The file cannot be edited");
+        return Failure(QStringLiteral("The file cannot be edited"));
     const Memory before = memory();
     const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
     if (report.problems.size() != 1 + 3) // a line for the log, and the log
-        return QStringLiteral("The driver has not refused the three fields");
+        return Failure(QStringLiteral("The driver has not refused the three fields"));
     if (memory() != before)
-        return QStringLiteral("The controller's memory has changed");
+        return Failure(QStringLiteral("The controller's memory has changed"));
     m_screen.print(report.problems);
     m_screen.done(QStringLiteral("refused, and nothing was written"));
-    return QString();
+    return {};
 }

@@ -8,16 +8,16 @@
 #include "simulator/line.h"
 
 /** The demo's last act: programs go from the simulated controller to a stick and
- *  back. Each step returns empty, or what did not happen. Thread: the link's. */
+ *  back. An error of a step says what did not happen. Thread: the link's. */
 class RecipeAct {
 public:
     /** @p stick is the folder that serves this process as its USB stick. */
     RecipeAct(Screen& screen, host::PanelSession& session, const host::Project& project,
               const simulator::Line& line, host::PanelOperator& panel, const QString& stick);
 
-    QString pull();
-    QString pushEdited();
-    QString pushBad();
+    Result<void> pull();
+    Result<void> pushEdited();
+    Result<void> pushBad();
 
 private:
     using Memory = QVector<quint32>; // of all programs, one after the other

@@ -7,13 +7,15 @@ void tellOfLostOutput(const QString& file, const QString& error) {
                  qPrintable(error));
 }
 
-QString LogFile::open(const QString& name) {
+Result<void> LogFile::open(const QString& name) {
     std::lock_guard<std::mutex> lock(m_mutex);
     m_since_start.start();
     m_file.setFileName(name);
     const bool opened = name == QLatin1String("-") ? m_file.open(stdout, QIODevice::WriteOnly)
                                                    : m_file.open(QIODevice::WriteOnly);
-    return opened ? QString() : QString::fromLatin1("%1: %2").arg(name, m_file.errorString());
+    if (!opened)
+        return Failure(QString::fromLatin1("%1: %2").arg(name, m_file.errorString()));
+    return {};
 }
 
 void LogFile::write(const QString& text) {

@@ -1,6 +1,8 @@
 #ifndef APPS_DMC50SIM_LOGFILE_H
 #define APPS_DMC50SIM_LOGFILE_H
 
+#include "common/result.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -14,9 +16,8 @@ void tellOfLostOutput(const QString& file, const QString& error);
  *  standard error tells. */
 class LogFile {
 public:
-    /** Opens @p name, "-" being the standard output. Returns the error, empty on
-     *  success. */
-    QString open(const QString& name);
+    /** Opens @p name, "-" being the standard output. */
+    Result<void> open(const QString& name);
 
     void write(const QString& text);
 

@@ -25,12 +25,12 @@ std::unique_ptr<simulator::LinePort> makePort(const Options& options) {
     return simulator::makePtyPort(options.link);
 }
 
-QString prepare(const simulator::Line& line, const Options& options) {
+Result<void> prepare(const simulator::Line& line, const Options& options) {
     for (const simulator::MovingSpec& moving : options.moving) {
         for (simulator::Station* station : simulator::stationsOf(line, moving.address))
             station->setMoving(moving.address.address, moving.value);
     }
-    return options.memory_file.isEmpty() ? QString()
+    return options.memory_file.isEmpty() ? Result<void>()
                                          : simulator::loadMemory(line, options.memory_file);
 }
 
@@ -41,19 +41,18 @@ int fail(const QString& error) {
 
 /** Runs the line from its start to its end. */
 int runLine(simulator::Line& line, const Options& options, const EndSignals& end_signals) {
-    QString error = prepare(line, options);
-    if (error.isEmpty())
-        error = line.start();
-    if (!error.isEmpty())
-        return fail(error);
+    const Result<void> started = prepare(line, options).and_then([&line] { return line.start(); });
+    if (!started)
+        return fail(started.error());
     std::puts(qPrintable(line.devicePath()));
     std::fflush(stdout);
     simulator::LineConsole console(line);
     controlLine(console, end_signals);
     line.stop();
-    if (!options.save_file.isEmpty())
-        error = simulator::saveMemory(line, options.save_file);
-    return error.isEmpty() ? 0 : fail(error);
+    if (options.save_file.isEmpty())
+        return 0;
+    const Result<void> saved = simulator::saveMemory(line, options.save_file);
+    return saved ? 0 : fail(saved.error());
 }
 
 } // namespace
@@ -68,9 +67,8 @@ int main(int argc, char** argv) {
     Options options = parsed.options;
     LogFile log;
     if (!options.log_file.isEmpty()) {
-        const QString error = log.open(options.log_file);
-        if (!error.isEmpty())
-            return fail(error);
+        if (const Result<void> opened = log.open(options.log_file); !opened)
+            return fail(opened.error());
         options.line.log = [&log](const QString& text) { log.write(text); };
     }
     QFile trace_file(options.trace_file);

@@ -108,7 +108,7 @@ class OptionReader {
 public:
     explicit OptionReader(const RawOptions& raw) : m_raw(raw) {}
 
-    Options read() {
+    Result<Options> read() {
         readTransport();
         m_options.line.stations = {m_raw.stations.begin(), m_raw.stations.end()};
         readMoving(simulator::MovingValue::Shape::Ramp, "--ramp", m_raw.ramps);
@@ -119,10 +119,10 @@ public:
         m_options.save_file = text(m_raw.save_file);
         m_options.log_file = text(m_raw.log_file);
         m_options.trace_file = text(m_raw.trace_file);
+        if (!m_error.isEmpty())
+            return Failure(m_error);
         return m_options;
     }
-
-    const QString& error() const { return m_error; }
 
 private:
     void readTransport() {
@@ -158,23 +158,26 @@ private:
     void readMoving(simulator::MovingValue::Shape shape, const char* option,
                     const std::vector<std::string>& specs) {
         for (const std::string& spec : specs) {
-            const simulator::MovingSpec moving = simulator::parseMovingSpec(shape, text(spec));
-            if (!moving.error.isEmpty())
-                fail(option, moving.error);
-            else if (moving.address.station &&
-                     m_options.line.stations.count(*moving.address.station) == 0)
-                fail(option, QString::fromLatin1("station %1 is not among --stations")
-                                 .arg(*moving.address.station));
-            m_options.moving.push_back(moving);
+            const auto moving = simulator::parseMovingSpec(shape, text(spec));
+            if (!moving) {
+                fail(option, moving.error());
+                continue;
+            }
+            const std::optional<quint8> station = moving->address.station;
+            if (station && m_options.line.stations.count(*station) == 0)
+                fail(option,
+                     QString::fromLatin1("station %1 is not among --stations").arg(*station));
+            m_options.moving.push_back(*moving);
         }
     }
 
     void readFaults() {
         for (const std::string& fault : m_raw.faults) {
-            const simulator::FaultSpec spec = simulator::parseFault(text(fault));
-            if (!spec.error.isEmpty())
-                fail("--fault", spec.error);
-            m_options.line.faults.push_back(spec.fault);
+            const Result<simulator::Fault> parsed = simulator::parseFault(text(fault));
+            if (parsed)
+                m_options.line.faults.push_back(*parsed);
+            else
+                fail("--fault", parsed.error());
         }
         if (!m_raw.fault_file.empty())
             readFaultScript();
@@ -182,12 +185,14 @@ private:
     }
 
     void readFaultScript() {
-        const simulator::FaultScript script = simulator::loadFaultScript(text(m_raw.fault_file));
-        if (!script.error.isEmpty())
-            fail("--faults", script.error);
-        m_options.line.seed = script.seed.value_or(m_options.line.seed);
-        m_options.line.faults.insert(m_options.line.faults.end(), script.faults.begin(),
-                                     script.faults.end());
+        const auto script = simulator::loadFaultScript(text(m_raw.fault_file));
+        if (!script) {
+            fail("--faults", script.error());
+            return;
+        }
+        m_options.line.seed = script->seed.value_or(m_options.line.seed);
+        m_options.line.faults.insert(m_options.line.faults.end(), script->faults.begin(),
+                                     script->faults.end());
     }
 
     void fail(const char* option, const QString& what) {
@@ -216,10 +221,11 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
         parsed.exit_status = app.exit(error) == 0 ? 0 : usage_exit_status;
         return parsed;
     }
-    OptionReader reader(raw);
-    parsed.options = reader.read();
-    if (!reader.error().isEmpty()) {
-        std::cerr << qPrintable(reader.error()) << "\nRun with --help for more information.\n";
+    const Result<Options> options = OptionReader(raw).read();
+    if (options) {
+        parsed.options = *options;
+    } else {
+        std::cerr << qPrintable(options.error()) << "\nRun with --help for more information.\n";
         parsed.exit_status = usage_exit_status;
     }
     return parsed;

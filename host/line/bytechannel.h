@@ -1,6 +1,8 @@
 #ifndef HOST_LINE_BYTECHANNEL_H
 #define HOST_LINE_BYTECHANNEL_H
 
+#include "common/result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -18,19 +20,19 @@ public:
     ByteChannel& operator=(const ByteChannel&) = delete;
     virtual ~ByteChannel() = default;
 
-    /** Opens the line, or opens it again. On failure lastError() says why. */
-    virtual bool open() = 0;
+    /** Opens the line, or opens it again. No error names the line. */
+    virtual Result<void> open() = 0;
 
     virtual void close() = 0;
 
     /** Waits at most @p timeout_ms for a first byte, then takes what is there, at
      *  most @p max bytes. Returns the count, 0 when nothing came in time or after
-     *  cancel(), and -1 when the line is lost: it must be opened again. */
-    virtual int read(char* buffer, int max, int timeout_ms) = 0;
+     *  cancel(), and an error when the line is lost: it must be opened again. */
+    virtual Result<int> read(char* buffer, int max, int timeout_ms) = 0;
 
-    /** Sends all @p length bytes within @p timeout_ms; false when the line is
-     *  lost or stuck. */
-    virtual bool write(const char* buffer, int length, int timeout_ms) = 0;
+    /** Sends all @p length bytes within @p timeout_ms; an error when the line is
+     *  lost or stuck, or once it is cancelled. */
+    virtual Result<void> write(const char* buffer, int length, int timeout_ms) = 0;
 
     /** Takes away what has been received and returns it. */
     virtual QByteArray discard() = 0;
@@ -41,9 +43,6 @@ public:
 
     /** What the operator calls the line: "/dev/ttyUSB0", "tcp://server:4001". */
     virtual QString name() const = 0;
-
-    /** Why the last operation failed, without the name. */
-    virtual QString lastError() const = 0;
 };
 
 } // namespace host

@@ -15,10 +15,11 @@ constexpr qint64 CANCEL_CHECK_MS = 50; // how late a cancelled wait may end
 Connection::Connection(ByteChannel& channel, Clock& clock, LineLog log)
     : m_channel(channel), m_clock(clock), m_log(std::move(log)) {}
 
-bool Connection::open() {
+Result<void> Connection::open() {
     m_proved = false;
-    m_open = m_channel.open();
-    return m_open;
+    const Result<void> opened = m_channel.open();
+    m_open = opened.has_value();
+    return opened;
 }
 
 bool Connection::awaitOpen(int msecs) {
@@ -35,8 +36,8 @@ bool Connection::awaitOpen(int msecs) {
 }
 
 bool Connection::tryOpen() {
-    if (!open()) {
-        failed();
+    if (const Result<void> opened = open(); !opened) {
+        failed(opened.error());
         return false;
     }
     m_reopened = m_told_down;
@@ -50,17 +51,17 @@ void Connection::close() {
     m_open = false;
 }
 
-void Connection::lost() {
+void Connection::lost(const QString& reason) {
     m_flapping = m_reopened && !m_proved;
     close();
-    failed();
+    failed(reason);
 }
 
-void Connection::failed() {
+void Connection::failed(const QString& reason) {
     if (m_told_down)
         ++m_untold;
     else
-        tellDown();
+        tellDown(reason);
     m_next_attempt = m_clock.msecsSinceBoot() + m_pause_ms;
     m_pause_ms = std::min(2 * m_pause_ms, LONGEST_PAUSE_MS);
 }
@@ -75,10 +76,10 @@ void Connection::proveWorking() {
         tellUp();
 }
 
-void Connection::tellDown() {
+void Connection::tellDown(const QString& reason) {
     m_told_down = true;
     m_untold = 0;
-    m_log(QString::fromLatin1("%1: line lost: %2").arg(m_channel.name(), m_channel.lastError()));
+    m_log(QString::fromLatin1("%1: line lost: %2").arg(m_channel.name(), reason));
 }
 
 void Connection::tellUp() {

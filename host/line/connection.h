@@ -27,7 +27,7 @@ public:
     Connection(ByteChannel& channel, Clock& clock, LineLog log);
 
     /** One attempt, now, whose failure is not logged: the caller reports it. */
-    bool open();
+    Result<void> open();
 
     /** Returns true when the line is open, if need be after attempts for at most
      *  @p msecs; false after that time, or once the channel is cancelled. */
@@ -35,8 +35,8 @@ public:
 
     void close();
 
-    /** The channel reported the line as lost. */
-    void lost();
+    /** The channel reported the line as lost, and why. */
+    void lost(const QString& reason);
 
     /** Bytes have arrived: the next pause is short again. */
     void proveWorking();
@@ -48,8 +48,8 @@ public:
 
 private:
     bool tryOpen();
-    void failed();
-    void tellDown();
+    void failed(const QString& reason);
+    void tellDown(const QString& reason);
     void tellUp();
 
     ByteChannel& m_channel;

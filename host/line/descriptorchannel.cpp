@@ -35,44 +35,38 @@ void DescriptorChannel::cancel() {
     [[maybe_unused]] const ssize_t written = ::write(m_cancel_event, &one, sizeof one);
 }
 
-DescriptorChannel::Wait DescriptorChannel::waitFor(short events, int timeout_ms) {
+Result<DescriptorChannel::Wait> DescriptorChannel::waitFor(short events, int timeout_ms) {
     const auto deadline = SteadyClock::now() + std::chrono::milliseconds(timeout_ms);
     for (;;) {
         pollfd waited[] = {{m_descriptor, events, 0}, {m_cancel_event, POLLIN, 0}};
         const int ready = poll(waited, 2, msecsUntil(deadline));
         if (ready < 0 && errno == EINTR)
             continue;
-        if (ready < 0) {
-            m_error = qt_error_string(errno);
-            return Wait::Failed;
-        }
+        if (ready < 0)
+            return Failure(qt_error_string(errno));
         if (waited[1].revents)
             return Wait::Cancelled;
         return ready > 0 ? Wait::Ready : Wait::TimedOut;
     }
 }
 
-int DescriptorChannel::failRead(int error_number) {
-    m_error = error_number ? qt_error_string(error_number)
-                           : QString::fromLatin1("the other end has closed the line");
-    return -1;
-}
-
-int DescriptorChannel::read(char* buffer, int max, int timeout_ms) {
+Result<int> DescriptorChannel::read(char* buffer, int max, int timeout_ms) {
     if (m_descriptor < 0)
-        return failRead(ENOTCONN);
+        return Failure(qt_error_string(ENOTCONN));
     for (;;) {
-        const Wait wait = waitFor(POLLIN, timeout_ms);
-        if (wait != Wait::Ready)
-            return wait == Wait::Failed ? -1 : 0;
+        const Result<Wait> wait = waitFor(POLLIN, timeout_ms);
+        if (!wait)
+            return Failure(wait.error());
+        if (*wait != Wait::Ready)
+            return 0;
         const ssize_t count = ::read(m_descriptor, buffer, size_t(max));
         if (count > 0)
             return int(count);
         // Readable without a byte: end of file, or a terminal that hung up.
         if (count == 0)
-            return failRead(0);
+            return Failure(QStringLiteral("the other end has closed the line"));
         if (errno != EINTR && errno != EAGAIN)
-            return failRead(errno);
+            return Failure(qt_error_string(errno));
     }
 }
 
@@ -80,7 +74,7 @@ ssize_t DescriptorChannel::put(const char* buffer, size_t length) {
     return ::write(m_descriptor, buffer, length);
 }
 
-bool DescriptorChannel::write(const char* buffer, int length, int timeout_ms) {
+Result<void> DescriptorChannel::write(const char* buffer, int length, int timeout_ms) {
     const auto deadline = SteadyClock::now() + std::chrono::milliseconds(timeout_ms);
     int sent = 0;
     while (sent < length) {
@@ -89,17 +83,16 @@ bool DescriptorChannel::write(const char* buffer, int length, int timeout_ms) {
             sent += int(count);
             continue;
         }
-        if (count < 0 && errno != EINTR && errno != EAGAIN) {
-            m_error = qt_error_string(errno);
-            return false;
-        }
-        const Wait wait = waitFor(POLLOUT, msecsUntil(deadline));
-        if (wait == Wait::TimedOut)
-            m_error = QString::fromLatin1("the line takes no more bytes");
-        if (wait != Wait::Ready)
-            return false;
+        if (count < 0 && errno != EINTR && errno != EAGAIN)
+            return Failure(qt_error_string(errno));
+        const Result<Wait> wait = waitFor(POLLOUT, msecsUntil(deadline));
+        if (!wait)
+            return Failure(wait.error());
+        if (*wait != Wait::Ready)
+            return Failure(*wait == Wait::TimedOut ? QStringLiteral("the line takes no more bytes")
+                                                   : QStringLiteral("interrupted"));
     }
-    return true;
+    return {};
 }
 
 QByteArray DescriptorChannel::discard() {

@@ -16,13 +16,12 @@ class DescriptorChannel : public ByteChannel {
 public:
     ~DescriptorChannel() override;
 
-    int read(char* buffer, int max, int timeout_ms) override;
-    bool write(const char* buffer, int length, int timeout_ms) override;
+    Result<int> read(char* buffer, int max, int timeout_ms) override;
+    Result<void> write(const char* buffer, int length, int timeout_ms) override;
     QByteArray discard() override;
     void cancel() override;
     bool isCancelled() const override { return m_cancelled; }
     QString name() const override { return m_name; }
-    QString lastError() const override { return m_error; }
 
 protected:
     explicit DescriptorChannel(const QString& name);
@@ -31,24 +30,19 @@ protected:
     void setDescriptor(int descriptor) { m_descriptor = descriptor; }
     int descriptor() const { return m_descriptor; }
 
-    void setError(const QString& text) { m_error = text; }
-
-    enum class Wait { Ready, TimedOut, Cancelled, Failed };
+    enum class Wait { Ready, TimedOut, Cancelled };
 
     /** Waits until poll() reports @p events, or trouble, on the descriptor. */
-    Wait waitFor(short events, int timeout_ms);
+    Result<Wait> waitFor(short events, int timeout_ms);
 
 private:
     /** write() on the descriptor. */
     virtual ssize_t put(const char* buffer, size_t length);
 
-    int failRead(int error_number);
-
     const QString m_name;
     const int m_cancel_event; // an eventfd, never reset once raised
     std::atomic<bool> m_cancelled{false};
     int m_descriptor = -1;
-    QString m_error;
 };
 
 } // namespace host

@@ -32,7 +32,9 @@ HostPort::HostPort(std::unique_ptr<ByteChannel> channel, const DeviceSetting& de
     , m_station(driver.stationid) {}
 
 bool HostPort::open() {
-    return m_connection.open();
+    const Result<void> opened = m_connection.open();
+    m_open_error = opened ? QString() : opened.error();
+    return opened.has_value();
 }
 
 void HostPort::close() {
@@ -40,7 +42,7 @@ void HostPort::close() {
 }
 
 QString HostPort::lastError() {
-    return QString::fromLatin1("%1: %2").arg(m_channel->name(), m_channel->lastError());
+    return QString::fromLatin1("%1: %2").arg(m_channel->name(), m_open_error);
 }
 
 void HostPort::cancel() {
@@ -50,24 +52,25 @@ void HostPort::cancel() {
 int HostPort::readBytes(char* buffer, int max) {
     if (!m_connection.isOpen())
         return 0;
-    const int count = m_channel->read(buffer, max, m_driver.timeout);
-    if (count < 0) {
-        m_connection.lost();
+    const Result<int> count = m_channel->read(buffer, max, m_driver.timeout);
+    if (!count) {
+        m_connection.lost(count.error());
         return 0;
     }
-    if (count > 0) {
+    if (*count > 0) {
         m_connection.proveWorking();
-        m_recorder.bytesReceived(buffer, count);
+        m_recorder.bytesReceived(buffer, *count);
     }
-    return count;
+    return *count;
 }
 
 int HostPort::writeBytes(const char* buffer, int length) {
     if (!m_connection.awaitOpen(m_driver.timeout))
         return 0;
-    if (!m_channel->write(buffer, length, m_driver.timeout)) {
+    const Result<void> sent = m_channel->write(buffer, length, m_driver.timeout);
+    if (!sent) {
         if (!m_channel->isCancelled())
-            m_connection.lost();
+            m_connection.lost(sent.error());
         return 0;
     }
     m_recorder.requestSent(buffer, length);
@@ -91,12 +94,12 @@ void HostPort::awaitQuiet() {
     waited.start();
     char late[512];
     while (!waited.hasExpired(m_driver.timeout)) {
-        const int count = m_channel->read(late, sizeof late, quietMsecs());
-        if (count < 0)
-            m_connection.lost();
-        if (count < 1)
+        const Result<int> count = m_channel->read(late, sizeof late, quietMsecs());
+        if (!count)
+            m_connection.lost(count.error());
+        if (count.value_or(0) < 1)
             return;
-        m_recorder.bytesDiscarded(QByteArray(late, count));
+        m_recorder.bytesDiscarded(QByteArray(late, *count));
     }
 }
 

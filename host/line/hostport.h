@@ -83,6 +83,7 @@ private:
     Connection m_connection;
     LineRecorder m_recorder;
     std::atomic<int> m_station;
+    QString m_open_error; // of the last open()
 };
 
 } // namespace host

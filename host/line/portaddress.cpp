@@ -7,7 +7,7 @@
 
 namespace host {
 
-std::optional<PortAddress> parsePortAddress(const QString& text, QString& problem) {
+Result<PortAddress> parsePortAddress(const QString& text) {
     PortAddress address;
     if (text.startsWith(QLatin1Char('/'))) {
         address.path = text;
@@ -20,10 +20,9 @@ std::optional<PortAddress> parsePortAddress(const QString& text, QString& proble
         address.port = quint16(url.port());
         return address;
     }
-    problem = QString::fromLatin1("'%1' is not a port; write a device such as /dev/ttyUSB0 or a "
-                                  "serial server such as tcp://192.168.0.7:4001")
-                  .arg(text);
-    return std::nullopt;
+    return Failure(QString::fromLatin1("'%1' is not a port; write a device such as /dev/ttyUSB0 or "
+                                       "a serial server such as tcp://192.168.0.7:4001")
+                       .arg(text));
 }
 
 std::unique_ptr<ByteChannel> makeChannel(const PortAddress& address, const DeviceSetting& setting) {

@@ -5,7 +5,6 @@
 #include "runtime/interfaces/devicesetting.h"
 
 #include <memory>
-#include <optional>
 
 namespace host {
 
@@ -16,9 +15,9 @@ struct PortAddress {
     quint16 port = 0;
 };
 
-/** Reads "/dev/ttyUSB0" or "tcp://host:port". On failure @p problem says what
- *  is wrong and what would be right. */
-std::optional<PortAddress> parsePortAddress(const QString& text, QString& problem);
+/** Reads "/dev/ttyUSB0" or "tcp://host:port". The error says what is wrong and what
+ *  would be right. */
+Result<PortAddress> parsePortAddress(const QString& text);
 
 /** The closed channel of that place. */
 std::unique_ptr<ByteChannel> makeChannel(const PortAddress& address, const DeviceSetting& setting);

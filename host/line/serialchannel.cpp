@@ -55,13 +55,11 @@ bool SerialChannel::configure(QSerialPort& port) const {
                                                                       : QSerialPort::TwoStop);
 }
 
-bool SerialChannel::open() {
+Result<void> SerialChannel::open() {
     close();
     auto port = std::make_unique<QSerialPort>(name());
-    if (!configure(*port) || !port->open(QIODevice::ReadWrite)) {
-        setError(openFailure(*port));
-        return false;
-    }
+    if (!configure(*port) || !port->open(QIODevice::ReadWrite))
+        return Failure(openFailure(*port));
     // Locked and set up by QSerialPort, used through its descriptor: the port
     // may then be used from any one thread, with or without an event loop. Its
     // notifier would take bytes away wherever a loop runs, so it is left without
@@ -69,7 +67,7 @@ bool SerialChannel::open() {
     port->moveToThread(nullptr);
     setDescriptor(port->handle());
     m_port = std::move(port);
-    return true;
+    return {};
 }
 
 void SerialChannel::close() {

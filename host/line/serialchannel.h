@@ -17,7 +17,7 @@ public:
     SerialChannel(const QString& path, const DeviceSetting& setting);
     ~SerialChannel() override;
 
-    bool open() override;
+    Result<void> open() override;
     void close() override;
 
 private:

@@ -37,52 +37,47 @@ TcpChannel::~TcpChannel() {
     TcpChannel::close();
 }
 
-bool TcpChannel::open() {
+Result<void> TcpChannel::open() {
     close();
     addrinfo hints = {};
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* found = nullptr;
     const int failure = getaddrinfo(m_host.constData(), m_port.constData(), &hints, &found);
-    if (failure != 0) {
-        setError(QString::fromLocal8Bit(gai_strerror(failure)));
-        return false;
-    }
+    if (failure != 0)
+        return Failure(QString::fromLocal8Bit(gai_strerror(failure)));
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> addresses(found, &freeaddrinfo);
+    Result<void> connected = Failure(QStringLiteral("interrupted"));
     for (const addrinfo* address = found; address && !isCancelled(); address = address->ai_next) {
-        if (connectTo(*address))
-            return true;
+        connected = connectTo(*address);
+        if (connected)
+            break;
         close();
     }
-    return false;
+    return connected;
 }
 
-bool TcpChannel::connectTo(const addrinfo& address) {
+Result<void> TcpChannel::connectTo(const addrinfo& address) {
     setDescriptor(socket(address.ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (descriptor() >= 0 && connect(descriptor(), address.ai_addr, address.ai_addrlen) == 0) {
         setLineOptions(descriptor());
-        return true;
+        return {};
     }
-    if (errno != EINPROGRESS) {
-        setError(qt_error_string(errno));
-        return false;
-    }
+    if (errno != EINPROGRESS)
+        return Failure(qt_error_string(errno));
     return awaitConnection();
 }
 
-bool TcpChannel::awaitConnection() {
-    if (waitFor(POLLOUT, CONNECT_TIMEOUT_MS) != Wait::Ready) {
-        setError(QString::fromLatin1("no answer to the connection request"));
-        return false;
-    }
+Result<void> TcpChannel::awaitConnection() {
+    const Result<Wait> wait = waitFor(POLLOUT, CONNECT_TIMEOUT_MS);
+    if (!wait || *wait != Wait::Ready)
+        return Failure(QStringLiteral("no answer to the connection request"));
     int result = 0;
     socklen_t size = sizeof result;
     getsockopt(descriptor(), SOL_SOCKET, SO_ERROR, &result, &size);
-    if (result != 0) {
-        setError(qt_error_string(result));
-        return false;
-    }
+    if (result != 0)
+        return Failure(qt_error_string(result));
     setLineOptions(descriptor());
-    return true;
+    return {};
 }
 
 void TcpChannel::close() {

@@ -14,14 +14,14 @@ public:
     ~TcpChannel() override;
 
     /** Tries every address of the host, CONNECT_TIMEOUT_MS each. */
-    bool open() override;
+    Result<void> open() override;
     void close() override;
 
     static constexpr int CONNECT_TIMEOUT_MS = 3000;
 
 private:
-    bool connectTo(const addrinfo& address);
-    bool awaitConnection();
+    Result<void> connectTo(const addrinfo& address);
+    Result<void> awaitConnection();
     ssize_t put(const char* buffer, size_t length) override;
 
     const QByteArray m_host;

@@ -47,12 +47,13 @@ public:
             m_error = query.lastError().text();
     }
 
-    bool finish(QString& problem) {
+    Result<void> finish() {
         run("COMMIT");
-        if (!m_ok)
-            problem = m_error.isEmpty() ? m_database.lastError().text() : m_error;
+        const QString problem = m_error.isEmpty() ? m_database.lastError().text() : m_error;
         m_database.close();
-        return m_ok;
+        if (!m_ok)
+            return Failure(problem);
+        return {};
     }
 
 private:
@@ -112,24 +113,22 @@ void writeTags(const Project& project, NewDatabase& database) {
 
 } // namespace
 
-bool writeDatabase(const Project& project, const QString& panel_directory, QString& problem) {
+Result<void> writeDatabase(const Project& project, const QString& panel_directory) {
     const QString target = QDir(panel_directory).absoluteFilePath(QLatin1String(DATABASE_FILE));
     const QString folder = QFileInfo(target).absolutePath();
-    if (!QDir().mkpath(folder)) {
-        problem = QString::fromLatin1("%1: the folder cannot be made").arg(folder);
-        return false;
-    }
+    if (!QDir().mkpath(folder))
+        return Failure(QString::fromLatin1("%1: the folder cannot be made").arg(folder));
     const QString unfinished = target + QLatin1String(".new");
     QFile::remove(unfinished);
     NewDatabase database(unfinished);
     writeLinks(project, database);
     writeNodes(project, database);
     writeTags(project, database);
-    if (database.finish(problem))
-        return replaceFile(unfinished, target, problem);
-    problem = QString::fromLatin1("%1: %2").arg(target, problem);
+    const Result<void> finished = database.finish();
+    if (finished)
+        return replaceFile(unfinished, target);
     QFile::remove(unfinished);
-    return false;
+    return Failure(QString::fromLatin1("%1: %2").arg(target, finished.error()));
 }
 
 } // namespace host

@@ -1,6 +1,7 @@
 #ifndef HOST_PROJECT_DATABASEWRITER_H
 #define HOST_PROJECT_DATABASEWRITER_H
 
+#include "common/result.h"
 #include "host/project/project.h"
 
 namespace host {
@@ -11,8 +12,8 @@ constexpr char DATABASE_FILE[] = "compile/database/database";
 /** Writes the project's database, which the driver reads, into the panel
  *  directory @p panel_directory, making folders as needed. The old database is
  *  replaced in one step when the new one is complete and on the disk, and stays
- *  as it is otherwise. Returns false with the reason in @p problem. */
-bool writeDatabase(const Project& project, const QString& panel_directory, QString& problem);
+ *  as it is otherwise. */
+Result<void> writeDatabase(const Project& project, const QString& panel_directory);
 
 } // namespace host
 

@@ -12,35 +12,36 @@ namespace host {
 
 namespace {
 
-bool writeFile(const QByteArray& content, const QString& path, QString& problem) {
+Result<void> writeFile(const QByteArray& content, const QString& path) {
     const QString unfinished = path + QLatin1String(".new");
     QFile file(unfinished);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() ||
         !file.flush()) {
-        problem = QString::fromLatin1("%1: %2").arg(path, file.errorString());
+        const Failure failure(QString::fromLatin1("%1: %2").arg(path, file.errorString()));
         file.remove();
-        return false;
+        return failure;
     }
     file.close();
-    return replaceFile(unfinished, path, problem);
+    return replaceFile(unfinished, path);
 }
 
 } // namespace
 
-QStringList buildPanelDirectory(const QString& source_directory, const QString& target) {
+Result<void, QStringList> buildPanelDirectory(const QString& source_directory,
+                                              const QString& target) {
     const QString source = QDir(source_directory).filePath(QLatin1String(PROJECT_FILE));
     QFile file(source);
     if (!file.open(QIODevice::ReadOnly))
-        return {QString::fromLatin1("%1: %2").arg(source, file.errorString())};
+        return tl::make_unexpected(
+            QStringList(QString::fromLatin1("%1: %2").arg(source, file.errorString())));
     const QByteArray text = file.readAll();
-    const ProjectReading reading = readProjectText(text, source);
-    if (!reading.project)
-        return reading.errors;
-    QString problem;
+    const ProjectReading project = readProjectText(text, source);
+    if (!project)
+        return tl::make_unexpected(project.error());
     const QString copy = QDir(target).filePath(QLatin1String(PROJECT_FILE));
-    if (!writeDatabase(*reading.project, target, problem) || !writeFile(text, copy, problem))
-        return {problem};
-    return {};
+    return writeDatabase(*project, target)
+        .and_then([&] { return writeFile(text, copy); })
+        .map_error([](const QString& problem) { return QStringList(problem); });
 }
 
 bool isPanelDirectory(const QString& directory) {
@@ -52,22 +53,16 @@ void setPanelDirectory(const QString& directory) {
     qApp->setProperty("PanelApplicationDir", QDir(directory).absolutePath());
 }
 
-bool writeSampleProject(const QString& directory, QString& problem) {
+Result<void> writeSampleProject(const QString& directory) {
     const QString path = QDir(directory).filePath(QLatin1String(PROJECT_FILE));
-    if (QFile::exists(path)) {
-        problem = QString::fromLatin1("%1 exists already").arg(path);
-        return false;
-    }
-    if (!QDir().mkpath(directory)) {
-        problem = QString::fromLatin1("%1: the folder cannot be made").arg(directory);
-        return false;
-    }
+    if (QFile::exists(path))
+        return Failure(QString::fromLatin1("%1 exists already").arg(path));
+    if (!QDir().mkpath(directory))
+        return Failure(QString::fromLatin1("%1: the folder cannot be made").arg(directory));
     QFile sample(QStringLiteral(":/host/sample/panel.toml"));
-    if (!sample.open(QIODevice::ReadOnly)) {
-        problem = sample.errorString();
-        return false;
-    }
-    return writeFile(sample.readAll(), path, problem);
+    if (!sample.open(QIODevice::ReadOnly))
+        return Failure(sample.errorString());
+    return writeFile(sample.readAll(), path);
 }
 
 } // namespace host

@@ -10,8 +10,10 @@ namespace host {
  *  built from. */
 
 /** Reads @p source_directory/panel.toml and builds the panel directory @p target
- *  from it. Returns what is wrong; a target that existed is then as it was. */
-QStringList buildPanelDirectory(const QString& source_directory, const QString& target);
+ *  from it. A target that existed is as it was when something is wrong with the
+ *  project; the errors are as those of readProjectFile(). */
+Result<void, QStringList> buildPanelDirectory(const QString& source_directory,
+                                              const QString& target);
 
 /** True for a folder that buildPanelDirectory has made. */
 bool isPanelDirectory(const QString& directory);
@@ -21,8 +23,8 @@ bool isPanelDirectory(const QString& directory);
 void setPanelDirectory(const QString& directory);
 
 /** Writes a commented sample project to @p directory/panel.toml; refuses to
- *  overwrite one. Returns false with the reason in @p problem. */
-bool writeSampleProject(const QString& directory, QString& problem);
+ *  overwrite one. */
+Result<void> writeSampleProject(const QString& directory);
 
 } // namespace host
 

@@ -2,6 +2,7 @@
 #define HOST_PROJECT_PROJECT_H
 
 #include "host/line/portcodes.h"
+#include "host/project/limits.h"
 #include "host/project/projectaddress.h"
 #include "host/project/tagtype.h"
 #include "runtime/interfaces/devicesetting.h"
@@ -67,6 +68,9 @@ struct TagDefinition {
 
 /** The driver cannot scan more of one command. */
 constexpr int LARGEST_TAG_DWORDS = 255;
+
+/** Elements of one tag; bits are the smallest. */
+constexpr Range TagCountRange = {1, LARGEST_TAG_DWORDS * 32};
 
 /** All that a panel.toml says, checked. */
 struct Project {

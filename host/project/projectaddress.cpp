@@ -1,5 +1,6 @@
 #include "host/project/projectaddress.h"
 
+#include "host/project/limits.h"
 #include "host/project/spelling.h"
 
 #include <QRegularExpression>
@@ -33,45 +34,38 @@ QStringList specialTexts() {
     return texts;
 }
 
-bool parseStation(const QString& digits, ProjectAddress& address, QString& problem) {
+/** Null digits are no station. */
+Result<std::optional<int>> parseStation(const QString& digits) {
     if (digits.isNull())
-        return true;
+        return std::nullopt;
     const uint station = digits.toUInt();
-    if (station < 1 || station > 255) {
-        problem =
-            QString::fromLatin1("station %1 does not exist; stations are 1 to 255").arg(digits);
-        return false;
-    }
-    address.station = int(station);
-    return true;
+    if (!StationRange.holds(station))
+        return Failure(
+            QString::fromLatin1("station %1 does not exist; stations are 1 to 255").arg(digits));
+    return int(station);
 }
 
-bool parseBit(const QString& digits, ProjectAddress& address, QString& problem) {
+/** Null digits are no bit. */
+Result<std::optional<int>> parseBit(const QString& digits) {
     if (digits.isNull())
-        return true;
+        return std::nullopt;
     bool is_number = false;
     const uint bit = digits.toUInt(&is_number);
-    if (!is_number || bit > uint(LARGEST_BIT)) {
-        problem =
-            QString::fromLatin1("'.%1' is not a bit; write .0 to .%2").arg(digits).arg(LARGEST_BIT);
-        return false;
-    }
-    address.bit = int(bit);
-    return true;
+    if (!is_number || bit > uint(LARGEST_BIT))
+        return Failure(QString::fromLatin1("'.%1' is not a bit; write .0 to .%2")
+                           .arg(digits)
+                           .arg(LARGEST_BIT));
+    return int(bit);
 }
 
 /** @p page and @p offset are hexadecimal digits; their sum must fit 32 bits. */
-bool parseDword(const QString& page, const QString& offset, ProjectAddress& address,
-                QString& problem) {
+Result<quint32> parseDword(const QString& page, const QString& offset) {
     bool fits = false;
     const quint64 low = offset.toULongLong(&fits, 16);
     const quint64 sum = (page.toULongLong(nullptr, 16) << PAGE_SHIFT) + low;
-    if (!fits || low > 0xffffffffu || sum > 0xffffffffu) {
-        problem = QString::fromLatin1("the address is larger than 32 bits");
-        return false;
-    }
-    address.dword = quint32(sum);
-    return true;
+    if (!fits || low > 0xffffffffu || sum > 0xffffffffu)
+        return Failure(QStringLiteral("the address is larger than 32 bits"));
+    return quint32(sum);
 }
 
 /** Why @p text has none of the forms. */
@@ -95,22 +89,21 @@ QString explain(const QString& text) {
     return QString::fromLatin1("'%1' is not an address; %2").arg(text, hint);
 }
 
-std::optional<ProjectAddress> parseSpecial(const QString& text, QString& problem) {
+Result<ProjectAddress> parseSpecial(const QString& text) {
     static const QRegularExpression form(QStringLiteral("^(?:(\\d+)-)?(\\w+)$"));
     const QRegularExpressionMatch match = form.match(text.toUpper());
     ProjectAddress address;
     address.text = match.captured(2);
-    if (!match.hasMatch() || !specialTexts().contains(address.text)) {
-        problem = explain(text);
-        return std::nullopt;
-    }
+    if (!match.hasMatch() || !specialTexts().contains(address.text))
+        return Failure(explain(text));
     address.kind = kindOf(address.text);
-    if (!match.captured(1).isNull() && address.kind != AddressKind::LowLatency) {
-        problem = QString::fromLatin1("'%1' takes no station; write %2").arg(text, address.text);
-        return std::nullopt;
-    }
-    if (!parseStation(match.captured(1), address, problem))
-        return std::nullopt;
+    if (!match.captured(1).isNull() && address.kind != AddressKind::LowLatency)
+        return Failure(
+            QString::fromLatin1("'%1' takes no station; write %2").arg(text, address.text));
+    const auto station = parseStation(match.captured(1));
+    if (!station)
+        return Failure(station.error());
+    address.station = *station;
     return address;
 }
 
@@ -120,20 +113,23 @@ QString ProjectAddress::accessText() const {
     return bit ? QString::fromLatin1("%1.%2").arg(text).arg(*bit) : text;
 }
 
-std::optional<ProjectAddress> parseProjectAddress(const QString& text, QString& problem) {
+Result<ProjectAddress> parseProjectAddress(const QString& text) {
     static const QRegularExpression form(
         QStringLiteral("^(?:(\\d+)-)?((?:PA([\\da-f]{3})|NA)([\\da-f]+))(?:\\.(\\d*))?$"),
         QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch())
-        return parseSpecial(text, problem);
-    ProjectAddress address;
-    address.text = match.captured(2).toUpper();
-    if (!parseStation(match.captured(1), address, problem) ||
-        !parseDword(match.captured(3), match.captured(4), address, problem) ||
-        !parseBit(match.captured(5), address, problem))
-        return std::nullopt;
-    return address;
+        return parseSpecial(text);
+    const auto station = parseStation(match.captured(1));
+    if (!station)
+        return Failure(station.error());
+    const Result<quint32> dword = parseDword(match.captured(3), match.captured(4));
+    if (!dword)
+        return Failure(dword.error());
+    const auto bit = parseBit(match.captured(5));
+    if (!bit)
+        return Failure(bit.error());
+    return ProjectAddress{AddressKind::Data, match.captured(2).toUpper(), *station, *dword, *bit};
 }
 
 } // namespace host

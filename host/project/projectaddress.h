@@ -1,6 +1,8 @@
 #ifndef HOST_PROJECT_PROJECTADDRESS_H
 #define HOST_PROJECT_PROJECTADDRESS_H
 
+#include "common/result.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -34,9 +36,9 @@ struct ProjectAddress {
 constexpr int LARGEST_BIT = 255 * 32 - 1;
 
 /** Reads the forms PA0011000, NA1F, 2-PA0011000, NA2016.4 and the special
- *  addresses, in capitals or not. On failure @p problem says what is wrong and
- *  what would be right. */
-std::optional<ProjectAddress> parseProjectAddress(const QString& text, QString& problem);
+ *  addresses, in capitals or not. The error says what is wrong and what would be
+ *  right. */
+Result<ProjectAddress> parseProjectAddress(const QString& text);
 
 } // namespace host
 

@@ -135,9 +135,10 @@ void checkLinkPorts(const LinkDefinition& link, const SourcePlace& hmi_place,
                         QString::fromLatin1("'%1' is not a port of the panel; write COM1 "
                                             "to COM99, or ETHERNET1")
                             .arg(link.hmi_port));
-    QString problem;
-    if (!link.port.isEmpty() && !parsePortAddress(link.port, problem))
-        diagnostics.add(port_place, problem);
+    if (link.port.isEmpty())
+        return; // reported where it was read
+    if (const auto port = parsePortAddress(link.port); !port)
+        diagnostics.add(port_place, port.error());
 }
 
 void checkTagShape(const TagDefinition& tag, const SourcePlace& address_place,

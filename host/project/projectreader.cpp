@@ -1,5 +1,6 @@
 #include "host/project/projectreader.h"
 
+#include "host/project/limits.h"
 #include "host/project/projectcheck.h"
 #include "host/project/spelling.h"
 #include "host/project/tomltable.h"
@@ -9,10 +10,6 @@
 namespace host {
 
 namespace {
-
-constexpr int LONGEST_TIMEOUT_MS = 600000;
-constexpr int MOST_RETRIES = 100;
-constexpr int LONGEST_DELAY_MS = 10000;
 
 /** Fills a Project from the root table, section by section. */
 class ProjectReader {
@@ -98,17 +95,17 @@ void ProjectReader::readLink(TomlTable& table) {
     LinkDefinition link;
     link.place = table.place();
     link.name = table.requiredText("name", "line 1").value_or(QString());
-    link.id = table.integer("id", 1, 65535).value_or(m_project.links.size() + 1);
+    link.id = table.integer("id", LinkIdRange).value_or(m_project.links.size() + 1);
     link.hmi_port = table.text("hmiport").value_or(link.hmi_port);
     link.port = table.requiredText("port", "/dev/ttyUSB0").value_or(QString());
-    link.baud = table.integer("baud", 300, 4000000).value_or(link.baud);
-    link.data_bits = table.integer("databits", 7, 8).value_or(link.data_bits);
-    link.stop_bits = table.integer("stopbits", 1, 2).value_or(link.stop_bits);
+    link.baud = table.integer("baud", BaudRange).value_or(link.baud);
+    link.data_bits = table.integer("databits", DataBitsRange).value_or(link.data_bits);
+    link.stop_bits = table.integer("stopbits", StopBitsRange).value_or(link.stop_bits);
     if (const auto parity = table.choice("parity", parities))
         link.parity = parities.indexOf(*parity);
-    link.timeout_ms = table.integer("timeout", 1, LONGEST_TIMEOUT_MS).value_or(link.timeout_ms);
-    link.retries = table.integer("retry", 0, MOST_RETRIES).value_or(link.retries);
-    link.delay_ms = table.integer("delay", 0, LONGEST_DELAY_MS).value_or(link.delay_ms);
+    link.timeout_ms = table.integer("timeout", TimeoutRange).value_or(link.timeout_ms);
+    link.retries = table.integer("retry", RetryRange).value_or(link.retries);
+    link.delay_ms = table.integer("delay", DelayRange).value_or(link.delay_ms);
     checkLinkPorts(link, table.placeOf("hmiport"), table.placeOf("port"), m_diagnostics);
     m_project.links.append(link);
 }
@@ -135,11 +132,11 @@ int ProjectReader::readLinkReference(TomlTable& table) {
 void ProjectReader::readNode(TomlTable& table) {
     NodeDefinition node;
     node.place = table.place();
-    node.station = table.requiredInteger("station", 1, 255).value_or(0);
+    node.station = table.requiredInteger("station", StationRange).value_or(0);
     node.link_id = readLinkReference(table);
     node.is_default = table.flag("default").value_or(false);
     node.ip = table.text("ip").value_or(QString());
-    node.port = quint16(table.integer("port", 1, 65535).value_or(0));
+    node.port = quint16(table.integer("port", IpPortRange).value_or(0));
     table.text("comment");
     m_project.nodes.append(node);
 }
@@ -148,12 +145,11 @@ void ProjectReader::readAddress(TomlTable& table, TagDefinition& tag) {
     const std::optional<QString> text = table.requiredText("address", "PA0011000");
     if (!text)
         return;
-    QString problem;
-    const std::optional<ProjectAddress> address = parseProjectAddress(*text, problem);
+    const Result<ProjectAddress> address = parseProjectAddress(*text);
     if (address)
         tag.address = *address;
     else
-        table.report("address", problem);
+        table.report("address", address.error());
 }
 
 void ProjectReader::readTagType(TomlTable& table, TagDefinition& tag) {
@@ -161,7 +157,7 @@ void ProjectReader::readTagType(TomlTable& table, TagDefinition& tag) {
     const char* const usual = tag.address.bit ? "bit" : is_data ? "dword" : "word";
     const auto name = table.choice("type", tagTypeNames()).value_or(QLatin1String(usual));
     tag.type = tagTypeByName(name).value_or(TagType());
-    tag.count = table.integer("count", 1, LARGEST_TAG_DWORDS * 32).value_or(1);
+    tag.count = table.integer("count", TagCountRange).value_or(1);
 }
 
 void ProjectReader::readTag(TomlTable& table) {
@@ -208,14 +204,15 @@ ProjectReading readProjectText(const QByteArray& text, const QString& name) {
         diagnostics.add(placeOf(error.source()), syntaxProblem(error));
     }
     if (!diagnostics.isEmpty())
-        return {std::nullopt, diagnostics.lines()};
-    return {project, {}};
+        return tl::make_unexpected(diagnostics.lines());
+    return project;
 }
 
 ProjectReading readProjectFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {std::nullopt, {QString::fromLatin1("%1: %2").arg(path, file.errorString())}};
+        return tl::make_unexpected(
+            QStringList(QString::fromLatin1("%1: %2").arg(path, file.errorString())));
     return readProjectText(file.readAll(), path);
 }
 

@@ -1,22 +1,18 @@
 #ifndef HOST_PROJECT_PROJECTREADER_H
 #define HOST_PROJECT_PROJECTREADER_H
 
+#include "common/result.h"
 #include "host/project/project.h"
 
 #include <QStringList>
-
-#include <optional>
 
 namespace host {
 
 /** The file's name inside a project's folder. */
 constexpr char PROJECT_FILE[] = "panel.toml";
 
-/** What came of reading a project file. */
-struct ProjectReading {
-    std::optional<Project> project;
-    QStringList errors; // "file:line:column: text"; empty exactly when there is a project
-};
+/** A project, or all that is wrong with its file: "file:line:column: text". */
+using ProjectReading = Result<Project, QStringList>;
 
 /** Reads and checks the file at @p path. A project that comes out can be given to
  *  the driver: it ends the program on a broken one. */

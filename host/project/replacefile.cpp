@@ -26,15 +26,15 @@ bool syncPath(const QString& path) {
 
 } // namespace
 
-bool replaceFile(const QString& written, const QString& target, QString& problem) {
+Result<void> replaceFile(const QString& written, const QString& target) {
     const QByteArray from = QFile::encodeName(written);
     const QByteArray to = QFile::encodeName(target);
     if (syncPath(written) && rename(from.constData(), to.constData()) == 0 &&
         syncPath(QFileInfo(target).absolutePath()))
-        return true;
-    problem = QString::fromLatin1("%1: %2").arg(target, qt_error_string(errno));
+        return {};
+    const Failure failure(QString::fromLatin1("%1: %2").arg(target, qt_error_string(errno)));
     unlink(from.constData());
-    return false;
+    return failure;
 }
 
 } // namespace host

@@ -94,17 +94,18 @@ std::optional<QString> TomlTable::requiredText(const char* key, const char* exam
     return std::nullopt;
 }
 
-std::optional<int> TomlTable::integer(const char* key, int least, int most) {
+std::optional<int> TomlTable::integer(const char* key, const Range& range) {
     const toml::node* const node = find(key);
     if (!node)
         return std::nullopt;
-    const QString wanted = QString::fromLatin1("a whole number from %1 to %2").arg(least).arg(most);
+    const QString wanted =
+        QString::fromLatin1("a whole number from %1 to %2").arg(range.least).arg(range.most);
     const auto value = node->value_exact<int64_t>();
     if (!value) {
         reportWrongKind(key, wanted, *node);
         return std::nullopt;
     }
-    if (*value < least || *value > most) {
+    if (!range.holds(*value)) {
         report(key, QString::fromLatin1("'%1' must be %2, not %3")
                         .arg(QLatin1String(key), wanted)
                         .arg(*value));
@@ -113,10 +114,10 @@ std::optional<int> TomlTable::integer(const char* key, int least, int most) {
     return int(*value);
 }
 
-std::optional<int> TomlTable::requiredInteger(const char* key, int least, int most) {
+std::optional<int> TomlTable::requiredInteger(const char* key, const Range& range) {
     if (!m_table.contains(key))
-        reportAbsent(key, QString::number(least));
-    return integer(key, least, most);
+        reportAbsent(key, QString::number(range.least));
+    return integer(key, range);
 }
 
 std::optional<bool> TomlTable::flag(const char* key) {

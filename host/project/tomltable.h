@@ -2,6 +2,7 @@
 #define HOST_PROJECT_TOMLTABLE_H
 
 #include "host/project/diagnostics.h"
+#include "host/project/limits.h"
 
 #include <toml++/toml.h>
 
@@ -18,15 +19,15 @@ public:
     TomlTable(const toml::table& table, const QString& section, Diagnostics& diagnostics);
 
     /** Each returns nothing for an absent key, and for a wrong value, which it
-     *  reports. A whole number must lie in @p least to @p most. */
+     *  reports. A whole number must lie in @p range. */
     std::optional<QString> text(const char* key);
-    std::optional<int> integer(const char* key, int least, int most);
+    std::optional<int> integer(const char* key, const Range& range);
     std::optional<bool> flag(const char* key);
 
     /** Like text(), and reports an absent key; @p example shows how to write it. */
     std::optional<QString> requiredText(const char* key, const char* example);
     /** Like integer(), and reports an absent key. */
-    std::optional<int> requiredInteger(const char* key, int least, int most);
+    std::optional<int> requiredInteger(const char* key, const Range& range);
 
     /** One of @p choices. */
     std::optional<QString> choice(const char* key, const QStringList& choices);

@@ -8,26 +8,18 @@
 
 namespace host {
 
-std::unique_ptr<DriverPlugin> DriverPlugin::load(const QString& path, QString& problem) {
-    if (!QFile::exists(path)) {
-        problem = QString::fromLatin1("%1: no such file").arg(path);
-        return nullptr;
-    }
+Result<std::unique_ptr<DriverPlugin>> DriverPlugin::load(const QString& path) {
+    if (!QFile::exists(path))
+        return Failure(QString::fromLatin1("%1: no such file").arg(path));
     std::unique_ptr<DriverPlugin> plugin(new DriverPlugin(path));
-    if (!plugin->m_loader.load()) {
-        problem = QString::fromLatin1("%1: %2").arg(path, plugin->m_loader.errorString());
-        return nullptr;
-    }
-    if (!qobject_cast<DriverInterface*>(plugin->m_loader.instance())) {
-        problem = QString::fromLatin1("%1: its root object is not a driver (%2)")
-                      .arg(path, QLatin1String(qobject_interface_iid<DriverInterface*>()));
-        return nullptr;
-    }
+    if (!plugin->m_loader.load())
+        return Failure(QString::fromLatin1("%1: %2").arg(path, plugin->m_loader.errorString()));
+    if (!qobject_cast<DriverInterface*>(plugin->m_loader.instance()))
+        return Failure(QString::fromLatin1("%1: its root object is not a driver (%2)")
+                           .arg(path, QLatin1String(qobject_interface_iid<DriverInterface*>())));
     plugin->m_create = reinterpret_cast<CreateFunction>(QLibrary::resolve(path, "CreateDriver"));
-    if (!plugin->m_create) {
-        problem = QString::fromLatin1("%1: it has no CreateDriver").arg(path);
-        return nullptr;
-    }
+    if (!plugin->m_create)
+        return Failure(QString::fromLatin1("%1: it has no CreateDriver").arg(path));
     return plugin;
 }
 

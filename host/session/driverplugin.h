@@ -1,6 +1,7 @@
 #ifndef HOST_SESSION_DRIVERPLUGIN_H
 #define HOST_SESSION_DRIVERPLUGIN_H
 
+#include "common/result.h"
 #include "runtime/interfaces/driverinterface.h"
 
 #include <QPluginLoader>
@@ -14,8 +15,8 @@ namespace host {
  *  loaded to the end of the process, since its panel services do. */
 class DriverPlugin {
 public:
-    /** Null with the reason in @p problem, which begins with the path. */
-    static std::unique_ptr<DriverPlugin> load(const QString& path, QString& problem);
+    /** Never null; an error begins with the path. */
+    static Result<std::unique_ptr<DriverPlugin>> load(const QString& path);
 
     /** The plug-in's one root object, which Qt's loader hands out. Once it has been
      *  deleted a further call makes a new one; while it lives there is only one

@@ -173,7 +173,7 @@ bool LinkSession::tick(Watch& watch) {
  *  success, whichever station the error is of. So one is made only when there is
  *  none, and, with @p must_answer, when @p station has answered: that is how the
  *  end of the last request to another station is seen, which might still fail. */
-bool LinkSession::awaitTurn(int station, bool must_answer, QString& error) {
+Result<void> LinkSession::awaitTurn(int station, bool must_answer) {
     const qint64 last_reply = m_port->lastGoodReplyUsecs(station);
     if (must_answer)
         waitingWrites(station); // for its side effect: it starts the driver's thread
@@ -184,12 +184,12 @@ bool LinkSession::awaitTurn(int station, bool must_answer, QString& error) {
         if (tick(watch))
             continue;
         if (m_cancelled)
-            error = QLatin1String(INTERRUPTED);
-        else if (m_driver->hasError())
-            error = watch.error;
-        return error.isEmpty();
+            return Failure(QLatin1String(INTERRUPTED));
+        if (m_driver->hasError() && !watch.error.isEmpty())
+            return Failure(watch.error);
+        break;
     }
-    return true;
+    return {};
 }
 
 bool LinkSession::awaitDrained(int station, Watch& watch) {
@@ -261,10 +261,10 @@ TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
     const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();
     setSession({tag});
     const auto restored = qScopeGuard([this] { setSession(m_polled); });
-    TagResult result;
-    if (awaitTurn(tag.station, others_polled, result.error))
-        result = hand(tag, data);
-    return result.ok() ? checkedWrite(tag, data, must_read_back) : result;
+    if (const Result<void> turn = awaitTurn(tag.station, others_polled); !turn)
+        return {QByteArray(), turn.error()};
+    const TagResult handed = hand(tag, data);
+    return handed.ok() ? checkedWrite(tag, data, must_read_back) : handed;
 }
 
 } // namespace host

@@ -93,7 +93,7 @@ private:
 
     void setSession(const QVector<TagDefinition>& tags);
     QString failureText(int station);
-    bool awaitTurn(int station, bool must_answer, QString& error);
+    Result<void> awaitTurn(int station, bool must_answer);
     bool awaitDrained(int station, Watch& watch);
     void awaitScan(const QVector<TagDefinition>& tags, Watch& watch);
     void awaitFirstScan();

@@ -8,37 +8,37 @@ namespace host {
 
 namespace {
 
-std::unique_ptr<HostPort> makePort(const Project& project, const LinkDefinition& link,
-                                   const PanelSetup& setup, QString& problem) {
-    const auto address = parsePortAddress(link.port, problem);
+Result<std::unique_ptr<HostPort>> makePort(const Project& project, const LinkDefinition& link,
+                                           const PanelSetup& setup) {
+    const Result<PortAddress> address = parsePortAddress(link.port);
     if (!address)
-        return nullptr;
+        return Failure(address.error());
     const DeviceSetting device = link.deviceSetting();
     auto port = std::make_unique<HostPort>(makeChannel(*address, device), device,
                                            link.driverSetting(project.defaultStation(link.id)),
                                            setup.log, setup.frame_trace, *setup.clock);
-    if (port->open())
-        return port;
-    problem = port->lastError();
-    return nullptr;
+    if (!port->open())
+        return Failure(port->lastError());
+    return port;
 }
 
 } // namespace
 
-std::unique_ptr<PanelSession> PanelSession::open(const Project& project, const QSet<int>& link_ids,
-                                                 DriverPlugin& plugin, const PanelSetup& setup,
-                                                 QString& problem) {
+Result<std::unique_ptr<PanelSession>> PanelSession::open(const Project& project,
+                                                         const QSet<int>& link_ids,
+                                                         DriverPlugin& plugin,
+                                                         const PanelSetup& setup) {
     std::unique_ptr<PanelSession> session(new PanelSession(*setup.clock));
     for (const LinkDefinition& link : project.links) {
         if (!link_ids.contains(link.id))
             continue;
-        std::unique_ptr<HostPort> port = makePort(project, link, setup, problem);
+        Result<std::unique_ptr<HostPort>> port = makePort(project, link, setup);
         if (!port)
-            return nullptr;
+            return Failure(port.error());
         // One driver serves one line: the root object the first, others the rest.
         auto driver = session->m_links.empty() ? plugin.takeRootDriver() : plugin.createDriver();
         session->m_links[link.id] =
-            std::make_unique<LinkSession>(std::move(port), std::move(driver), *setup.clock);
+            std::make_unique<LinkSession>(std::move(*port), std::move(driver), *setup.clock);
     }
     return session;
 }

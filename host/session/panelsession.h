@@ -20,13 +20,14 @@ struct PanelSetup {
 /** The links of a project at work. Thread: as LinkSession; cancel() any. */
 class PanelSession {
 public:
-    /** Opens the ports of the links @p link_ids and gives each a driver. Null with
-     *  the reason in @p problem when a port does not open. The panel directory has
+    /** Opens the ports of the links @p link_ids and gives each a driver. Never null;
+     *  an error when a port does not open. The panel directory has
      *  been set before. The plug-in outlives the session; there is one session at a
      *  time. */
-    static std::unique_ptr<PanelSession> open(const Project& project, const QSet<int>& link_ids,
-                                              DriverPlugin& plugin, const PanelSetup& setup,
-                                              QString& problem);
+    static Result<std::unique_ptr<PanelSession>> open(const Project& project,
+                                                      const QSet<int>& link_ids,
+                                                      DriverPlugin& plugin,
+                                                      const PanelSetup& setup);
 
     /** The tags that the drivers shall keep fresh, each in its link. */
     void poll(const QVector<TagDefinition>& tags);

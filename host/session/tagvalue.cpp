@@ -63,13 +63,12 @@ QString formatElement(const TagType& type, quint32 value, ValueFormat format) {
     return QString::number(value);
 }
 
-std::optional<quint32> parseFloat(const QString& text, QString& problem) {
+Result<quint32> parseFloat(const QString& text) {
     bool is_number = false;
     const float value = text.toFloat(&is_number);
-    if (!is_number) {
-        problem = QString::fromLatin1("'%1' is not a number; write one such as 21.5").arg(text);
-        return std::nullopt;
-    }
+    if (!is_number)
+        return Failure(
+            QString::fromLatin1("'%1' is not a number; write one such as 21.5").arg(text));
     quint32 image = 0;
     std::memcpy(&image, &value, sizeof image);
     return image;
@@ -84,21 +83,20 @@ qint64 parseInteger(const QString& text, bool& is_number) {
     return text.toLongLong(&is_number, 10);
 }
 
-std::optional<quint32> parseElement(const TagType& type, const QString& text, QString& problem) {
+Result<quint32> parseElement(const TagType& type, const QString& text) {
     if (type.shown == TagType::Shown::Float)
-        return parseFloat(text, problem);
+        return parseFloat(text);
     bool is_number = false;
     const qint64 value = parseInteger(text, is_number);
     const qint64 most = (qint64(1) << type.bits) - 1;
     const qint64 least = type.bits == 1 ? 0 : -(qint64(1) << (type.bits - 1));
     if (is_number && value >= least && value <= most)
         return quint32(value) & quint32(most);
-    problem = QString::fromLatin1("'%1' is not a value of type %2; write a whole number from %3 to "
-                                  "%4, also as 0x... or 0b...")
-                  .arg(text, type.name)
-                  .arg(least)
-                  .arg(most);
-    return std::nullopt;
+    return Failure(QString::fromLatin1("'%1' is not a value of type %2; write a whole number from "
+                                       "%3 to %4, also as 0x... or 0b...")
+                       .arg(text, type.name)
+                       .arg(least)
+                       .arg(most));
 }
 
 } // namespace
@@ -131,21 +129,18 @@ QString formatValue(const TagDefinition& tag, const QByteArray& data, ValueForma
     return formatElements(tag, data, format).join(separator);
 }
 
-std::optional<QByteArray> parseValue(const TagDefinition& tag, const QString& text,
-                                     QString& problem) {
+Result<QByteArray> parseValue(const TagDefinition& tag, const QString& text) {
     const QStringList elements = text.split(QLatin1Char(','));
-    if (elements.size() != tag.count) {
-        problem = QString::fromLatin1("%1 takes %2 values, not %3; separate them by commas")
-                      .arg(tag.name)
-                      .arg(tag.count)
-                      .arg(elements.size());
-        return std::nullopt;
-    }
+    if (elements.size() != tag.count)
+        return Failure(QString::fromLatin1("%1 takes %2 values, not %3; separate them by commas")
+                           .arg(tag.name)
+                           .arg(tag.count)
+                           .arg(elements.size()));
     QByteArray data(tag.command().getDataSize(), '\0');
     for (int i = 0; i < elements.size(); ++i) {
-        const auto value = parseElement(tag.type, elements[i].trimmed(), problem);
+        const Result<quint32> value = parseElement(tag.type, elements[i].trimmed());
         if (!value)
-            return std::nullopt;
+            return Failure(value.error());
         putElement(data, tag.type.bits, i, *value);
     }
     return data;

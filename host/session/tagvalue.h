@@ -1,6 +1,7 @@
 #ifndef HOST_SESSION_TAGVALUE_H
 #define HOST_SESSION_TAGVALUE_H
 
+#include "common/result.h"
 #include "host/project/project.h"
 
 #include <QByteArray>
@@ -34,10 +35,8 @@ QString formatValue(const TagDefinition& tag, const QByteArray& data, ValueForma
 
 /** Bytes of @p text: as many elements as the tag has, separated by commas, each
  *  decimal, hexadecimal ("0x1f") or binary ("0b101"), or, for the type float, a
- *  number with a fraction. On failure @p problem says what is wrong and what
- *  would be right. */
-std::optional<QByteArray> parseValue(const TagDefinition& tag, const QString& text,
-                                     QString& problem);
+ *  number with a fraction. The error says what is wrong and what would be right. */
+Result<QByteArray> parseValue(const TagDefinition& tag, const QString& text);
 
 } // namespace host
 

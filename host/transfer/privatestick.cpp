@@ -147,19 +147,16 @@ bool mountAt(const QByteArray& place, const QByteArray& directory) {
 
 } // namespace
 
-bool mountPrivateStick(const QString& directory, QString& problem) {
+Result<void> mountPrivateStick(const QString& directory) {
     const QFileInfo folder(directory);
-    if (!folder.isDir()) {
-        problem = QString::fromLatin1("%1: no such folder").arg(directory);
-        return false;
-    }
+    if (!folder.isDir())
+        return Failure(QString::fromLatin1("%1: no such folder").arg(directory));
     const QByteArray source = QFile::encodeName(folder.canonicalFilePath());
     const QByteArray place = QFile::encodeName(panelPaths().simulator_usb_mounts);
-    const bool mounted = enterNamespaces() && leaveSharedMounts() && mountAt(place, source);
-    if (!mounted)
-        problem = QString::fromLatin1("this kernel refuses a private mount of %1 (%2)")
-                      .arg(directory, systemError());
-    return mounted;
+    if (enterNamespaces() && leaveSharedMounts() && mountAt(place, source))
+        return {};
+    return Failure(QString::fromLatin1("this kernel refuses a private mount of %1 (%2)")
+                       .arg(directory, systemError()));
 }
 
 } // namespace host

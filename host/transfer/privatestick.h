@@ -1,6 +1,8 @@
 #ifndef HOST_TRANSFER_PRIVATESTICK_H
 #define HOST_TRANSFER_PRIVATESTICK_H
 
+#include "common/result.h"
+
 #include <QString>
 
 namespace host {
@@ -9,11 +11,11 @@ namespace host {
  *  mounted where the storage monitor of a PC looks for sticks, for this process
  *  and those that it starts. Nothing outside of it is changed; all ends with it.
  *  Works for root and, through a user name space of one's own, for everybody
- *  whom the kernel lets. Returns false with the reason in @p problem.
+ *  whom the kernel lets.
  *
  *  Call it before any thread starts: the kernel refuses it later, and a thread
  *  that runs already would not see the stick. */
-bool mountPrivateStick(const QString& directory, QString& problem);
+Result<void> mountPrivateStick(const QString& directory);
 
 } // namespace host
 

@@ -194,26 +194,22 @@ RecipeReport RecipeJob::makeTemplate() {
     return report;
 }
 
-/** The name of the file that the driver will take; empty with a problem when that
- *  is open. */
-QString RecipeJob::filePushed(RecipeReport& report) const {
+/** The name of the file that the driver will take, unless that is open. */
+Result<QString> RecipeJob::filePushed() const {
     const QStringList names = m_files.pushable();
     const QString wanted = QFileInfo(m_order.file).fileName();
     const QString joined = names.join(QLatin1String(", "));
     if (names.isEmpty())
-        report.problems.append(QString::fromLatin1("there is neither PROG_%1.txt nor PROG_%1_*.txt "
-                                                   "in %2")
-                                   .arg(m_order.program_id)
-                                   .arg(m_folder));
-    else if (wanted.isEmpty() && names.size() > 1)
-        report.problems.append(
+        return Failure(QString::fromLatin1("there is neither PROG_%1.txt nor PROG_%1_*.txt in %2")
+                           .arg(m_order.program_id)
+                           .arg(m_folder));
+    if (wanted.isEmpty() && names.size() > 1)
+        return Failure(
             QString::fromLatin1("several files match; choose one with --file: %1").arg(joined));
-    else if (!wanted.isEmpty() && !names.contains(wanted))
-        report.problems.append(
+    if (!wanted.isEmpty() && !names.contains(wanted))
+        return Failure(
             QString::fromLatin1("%1 is none of the files that match: %2").arg(wanted, joined));
-    else
-        return wanted.isEmpty() ? names.first() : wanted;
-    return QString();
+    return wanted.isEmpty() ? names.first() : wanted;
 }
 
 RecipeReport RecipeJob::push() {
@@ -222,10 +218,12 @@ RecipeReport RecipeJob::push() {
         transfer(TransferKind::Push, report); // for the driver's own words
         return report;
     }
-    const QString name = filePushed(report);
-    if (name.isEmpty())
+    const Result<QString> name = filePushed();
+    if (!name) {
+        report.problems.append(name.error());
         return report;
-    report.file = m_files.path(name);
+    }
+    report.file = m_files.path(*name);
     const auto rows = loadRows(report.file); // if not, the driver says why
     const QStringList misplaced = rows ? misplacedRows(*rows, m_order.count) : QStringList();
     if (!misplaced.isEmpty() && !m_order.ignore_labels) {
@@ -234,7 +232,7 @@ RecipeReport RecipeJob::push() {
             QStringLiteral("nothing has been written; --ignore-labels writes it all the same"));
         return report;
     }
-    m_panel.chooseFile(name);
+    m_panel.chooseFile(*name);
     transfer(TransferKind::Push, report);
     if (report.ok() && rows)
         compare(*rows, report);

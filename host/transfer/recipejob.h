@@ -56,7 +56,7 @@ private:
     bool writeFile(TransferKind kind, const QString& file, RecipeReport& report);
     QStringList failure(const TransferEnd& end, bool is_push, bool has_log) const;
     void findMissing(RecipeReport& report) const;
-    QString filePushed(RecipeReport& report) const;
+    Result<QString> filePushed() const;
     void compare(const QList<QStringList>& rows, RecipeReport& report);
     QStringList differences(const QStringList& row, int number, const QByteArray& held) const;
     void checkSlots(int count, const char* result, RecipeReport& report) const;

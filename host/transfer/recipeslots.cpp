@@ -42,11 +42,10 @@ QSet<quint32> namedDwords(const Project& project, int link_id, int station) {
 }
 
 TagDefinition slotTag(int number, int link_id, int station) {
-    QString problem;
     TagDefinition tag;
     tag.name = QString::fromLatin1("program %1").arg(number);
-    tag.address = *parseProjectAddress(
-        QString::fromLatin1("NA%1").arg(recipeSlotAddress(number), 0, 16), problem);
+    tag.address =
+        *parseProjectAddress(QString::fromLatin1("NA%1").arg(recipeSlotAddress(number), 0, 16));
     tag.type = *tagTypeByName(QStringLiteral("dword"));
     tag.count = RECIPE_COLUMNS;
     tag.link_id = link_id;

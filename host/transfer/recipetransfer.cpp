@@ -27,33 +27,42 @@ RecipeTransfer::RecipeTransfer(LinkSession& link, int station, Clock& clock)
     : m_link(link), m_station(station), m_clock(clock) {}
 
 TagDefinition RecipeTransfer::tag(const QString& address) const {
-    QString problem;
     TagDefinition tag;
     tag.name = address;
-    tag.address = *parseProjectAddress(address, problem);
+    tag.address = *parseProjectAddress(address);
     tag.type = *tagTypeByName(QStringLiteral("int32"));
     tag.station = m_station;
     return tag;
 }
 
-int RecipeTransfer::value(const char* name, TransferKind kind, QString& error) {
+Result<int> RecipeTransfer::value(const char* name, TransferKind kind) {
     const TagResult result = m_link.read(tag(transferTag(name, kind)));
     if (!result.ok())
-        error = result.error;
+        return Failure(result.error);
     return result.data.size() < 4 ? 0 : qFromLittleEndian<qint32>(result.data.constData());
 }
 
-QString RecipeTransfer::setValue(const char* name, int number) {
+Result<void> RecipeTransfer::setValue(const char* name, int number) {
     QByteArray data(4, '\0');
     qToLittleEndian<qint32>(number, data.data());
-    return m_link.write(tag(QLatin1String(name)), data).error;
+    const TagResult written = m_link.write(tag(QLatin1String(name)), data);
+    if (!written.ok())
+        return Failure(written.error);
+    return {};
 }
 
 RecipeTransfer::Flags RecipeTransfer::flags(TransferKind kind) {
     Flags now;
-    now.percent = value("PROGRESS", kind, now.error);
-    now.failed = value("ERROR", kind, now.error) != 0;
-    now.running = value("ENABLE", kind, now.error) != 0;
+    const Result<int> percent = value("PROGRESS", kind);
+    const Result<int> failed = value("ERROR", kind);
+    const Result<int> running = value("ENABLE", kind);
+    for (const Result<int>* asked : {&percent, &failed, &running}) {
+        if (!*asked)
+            now.error = asked->error();
+    }
+    now.percent = percent.value_or(0);
+    now.failed = failed.value_or(0) != 0;
+    now.running = running.value_or(0) != 0;
     now.given_up = kind == TransferKind::Push && isSilent();
     return now;
 }
@@ -107,15 +116,18 @@ void RecipeTransfer::settle() {
     settle(TransferKind::Push);
 }
 
-QString RecipeTransfer::start(TransferKind kind, int program_id, int count) {
+Result<void> RecipeTransfer::start(TransferKind kind, int program_id, int count) {
     const bool is_push = kind == TransferKind::Push;
-    QString error =
-        setValue("VVT_PROG_ID0", kind == TransferKind::Template ? TEMPLATE_ID : program_id);
-    if (error.isEmpty())
-        error = setValue("VVT_PROG_COUNT0", count);
-    if (error.isEmpty()) // a pull does not clear what an earlier one has left
-        error = setValue(is_push ? "VVT_ERROR0" : "VVT_ERROR1", 0);
-    return error.isEmpty() ? setValue(is_push ? "VVT_ENABLE0" : "VVT_ENABLE1", 1) : error;
+    const std::pair<const char*, int> order[] = {
+        {"VVT_PROG_ID0", kind == TransferKind::Template ? TEMPLATE_ID : program_id},
+        {"VVT_PROG_COUNT0", count},
+        {is_push ? "VVT_ERROR0" : "VVT_ERROR1", 0}, // a pull leaves that of an earlier one
+        {is_push ? "VVT_ENABLE0" : "VVT_ENABLE1", 1}};
+    for (const auto& [name, number] : order) {
+        if (const Result<void> set = setValue(name, number); !set)
+            return set;
+    }
+    return {};
 }
 
 TransferEnd RecipeTransfer::follow(TransferKind kind, const Progress& progress) {
@@ -147,9 +159,10 @@ TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
     TransferEnd end;
     m_start = m_clock.msecsSinceBoot();
     m_silent_before = m_link.port().statistics().silent;
-    end.error = start(kind, program_id, count);
-    if (!end.error.isEmpty())
+    if (const Result<void> started = start(kind, program_id, count); !started) {
+        end.error = started.error();
         return end;
+    }
     Flags now;
     // A template that cannot be saved is over at once: only its notice tells.
     const bool has_begun = await(

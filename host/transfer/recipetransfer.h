@@ -50,13 +50,13 @@ private:
     };
 
     void settle(TransferKind kind);
-    QString start(TransferKind kind, int program_id, int count);
+    Result<void> start(TransferKind kind, int program_id, int count);
     bool await(TransferKind kind, int msecs, const std::function<bool(const Flags&)>& condition,
                Flags& flags);
     TransferEnd follow(TransferKind kind, const Progress& progress);
     Flags flags(TransferKind kind);
-    int value(const char* tag, TransferKind kind, QString& error);
-    QString setValue(const char* tag, int number);
+    Result<int> value(const char* tag, TransferKind kind);
+    Result<void> setValue(const char* tag, int number);
     TagDefinition tag(const QString& address) const;
     void pass(int msecs);
     bool isSilent() const;

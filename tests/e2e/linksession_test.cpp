@@ -6,6 +6,7 @@
 #include "host/project/projectreader.h"
 #include "host/session/panelsession.h"
 #include "host/session/tagvalue.h"
+#include "tests/support/errorof.h"
 
 #include <gtest/gtest.h>
 
@@ -18,25 +19,26 @@ class LinkAtWork : public ::testing::Test {
 protected:
     void SetUp() override {
         const QString panel = m_directory.filePath(QStringLiteral("panel"));
-        ASSERT_EQ(buildPanelDirectory(QStringLiteral(SAMPLE_PROJECT), panel), QStringList());
+        ASSERT_EQ(errorOf(buildPanelDirectory(QStringLiteral(SAMPLE_PROJECT), panel)),
+                  QStringList());
         setPanelDirectory(panel);
-        m_project = *readProjectFile(QStringLiteral(SAMPLE_PROJECT) + QStringLiteral("/panel.toml"))
-                         .project;
+        m_project =
+            *readProjectFile(QStringLiteral(SAMPLE_PROJECT) + QStringLiteral("/panel.toml"));
         m_project.links[0].port = m_line.port();
         m_project.links[0].timeout_ms = 3000; // the least that the driver gives a silent station
         m_project.links[0].retries = 0;
-        QString problem;
-        m_plugin = DriverPlugin::load(QStringLiteral(PLUGIN_FILE), problem);
-        ASSERT_TRUE(m_plugin) << qPrintable(problem);
-        m_session = PanelSession::open(m_project, {1}, *m_plugin, PanelSetup(), problem);
-        ASSERT_TRUE(m_session) << qPrintable(problem);
+        auto plugin = DriverPlugin::load(QStringLiteral(PLUGIN_FILE));
+        ASSERT_EQ(errorOf(plugin), QString());
+        m_plugin = std::move(*plugin);
+        auto session = PanelSession::open(m_project, {1}, *m_plugin, PanelSetup());
+        ASSERT_EQ(errorOf(session), QString());
+        m_session = std::move(*session);
     }
 
     TagDefinition tag(const char* name) const { return *m_project.tag(QLatin1String(name)); }
 
     TagResult write(const TagDefinition& tag, int value) {
-        QString problem;
-        return m_session->link(1).write(tag, *parseValue(tag, QString::number(value), problem));
+        return m_session->link(1).write(tag, *parseValue(tag, QString::number(value)));
     }
 
     QTemporaryDir m_directory;

@@ -61,7 +61,7 @@ TEST_F(ConnectionTest, AttemptsNothingOnceCancelled) {
 TEST_F(ConnectionTest, ClosesALostLineBeforeItIsOpenedAgain) {
     ASSERT_TRUE(m_connection.awaitOpen(0));
     m_connection.proveWorking();
-    m_connection.lost();
+    m_connection.lost(QStringLiteral("it hung up"));
     EXPECT_FALSE(m_connection.isOpen());
     EXPECT_EQ(m_channel.closings, 1);
     EXPECT_FALSE(m_connection.awaitOpen(Connection::FIRST_PAUSE_MS - 1));
@@ -72,7 +72,7 @@ TEST_F(ConnectionTest, ClosesALostLineBeforeItIsOpenedAgain) {
 TEST_F(ConnectionTest, KeepsQuietAboutALineThatOpensButBringsNothing) {
     ASSERT_TRUE(m_connection.awaitOpen(0));
     for (int i = 0; i < 5; ++i) {
-        m_connection.lost();
+        m_connection.lost(QStringLiteral("it hung up"));
         ASSERT_TRUE(m_connection.awaitOpen(10000));
     }
     EXPECT_EQ(m_log.size(), 3) << "lost, open again, lost: from then on it is flapping";
@@ -86,7 +86,7 @@ TEST_F(ConnectionTest, StartsWithAShortPauseAgainOnceBytesHaveArrived) {
     m_channel.failing_attempts = 10;
     ASSERT_TRUE(m_connection.awaitOpen(100000));
     m_connection.proveWorking();
-    m_connection.lost();
+    m_connection.lost(QStringLiteral("it hung up"));
     const qint64 start = m_clock.msecsSinceBoot();
     ASSERT_TRUE(m_connection.awaitOpen(100000));
     EXPECT_EQ(m_clock.msecsSinceBoot() - start, Connection::FIRST_PAUSE_MS);

@@ -12,28 +12,29 @@
  *  asked. A piece that is empty is one wait in vain; a null one loses the line. */
 class ScriptedChannel : public host::ByteChannel {
 public:
-    bool open() override {
-        ++attempts;
-        m_error = QStringLiteral("no such device");
-        return attempts > failing_attempts;
+    Result<void> open() override {
+        if (++attempts <= failing_attempts)
+            return Failure(QStringLiteral("no such device"));
+        return {};
     }
     void close() override { ++closings; }
 
-    int read(char* buffer, int max, int timeout_ms) override {
+    Result<int> read(char* buffer, int max, int timeout_ms) override {
         read_timeouts.append(timeout_ms);
         if (pieces.isEmpty())
             return 0;
         const QByteArray piece = pieces.takeFirst();
-        m_error = QStringLiteral("it hung up");
         if (piece.isNull())
-            return -1;
+            return Failure(QStringLiteral("it hung up"));
         const int count = qMin(max, piece.size());
         memcpy(buffer, piece.constData(), size_t(count));
         return count;
     }
-    bool write(const char* buffer, int length, int) override {
+    Result<void> write(const char* buffer, int length, int) override {
         sent.append(QByteArray(buffer, length));
-        return !refuses_writes;
+        if (refuses_writes)
+            return Failure(QStringLiteral("it hung up"));
+        return {};
     }
     QByteArray discard() override {
         ++discards;
@@ -42,7 +43,6 @@ public:
     void cancel() override { m_cancelled = true; }
     bool isCancelled() const override { return m_cancelled; }
     QString name() const override { return QStringLiteral("/dev/script"); }
-    QString lastError() const override { return m_error; }
 
     int failing_attempts = 0;
     bool refuses_writes = false;
@@ -57,7 +57,6 @@ public:
 
 private:
     std::atomic<bool> m_cancelled{false};
-    QString m_error;
 };
 
 #endif

@@ -1,5 +1,6 @@
 #include "host/line/serialchannel.h"
 
+#include "tests/support/errorof.h"
 #include "tests/unit/line/ptypair.h"
 
 #include <QTemporaryFile>
@@ -23,7 +24,7 @@ QByteArray readAll(ByteChannel& channel, int count) {
     QByteArray bytes;
     char buffer[64];
     while (bytes.size() < count) {
-        const int got = channel.read(buffer, sizeof buffer, LONG_WAIT_MS);
+        const int got = channel.read(buffer, sizeof buffer, LONG_WAIT_MS).value_or(-1);
         if (got < 1)
             break;
         bytes.append(buffer, got);
@@ -50,7 +51,7 @@ private:
 TEST(SerialChannel, CarriesBytesBothWaysOverAPty) {
     PtyPair pty;
     SerialChannel channel(pty.slavePath(), SETTING);
-    ASSERT_TRUE(channel.open()) << qPrintable(channel.lastError());
+    EXPECT_EQ(errorOf(channel.open()), QString());
 
     ASSERT_TRUE(channel.write("\x02"
                               "ab\r\n",
@@ -91,16 +92,14 @@ TEST(SerialChannel, ReportsALostLineAndOpensTheNextOne) {
     pty->unplug();
 
     char byte;
-    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), -1);
-    EXPECT_FALSE(channel.lastError().isEmpty());
+    EXPECT_FALSE(errorOf(channel.read(&byte, 1, LONG_WAIT_MS)).isEmpty());
     EXPECT_FALSE(channel.open());
-    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), -1) << "a closed channel has no line";
+    EXPECT_FALSE(channel.read(&byte, 1, LONG_WAIT_MS)) << "a closed channel has no line";
 }
 
 TEST(SerialChannel, SaysWhenTheDeviceDoesNotExist) {
     SerialChannel channel(QStringLiteral("/dev/ttyUSB99"), SETTING);
-    EXPECT_FALSE(channel.open());
-    EXPECT_EQ(channel.lastError(), QStringLiteral("no such device"));
+    EXPECT_EQ(errorOf(channel.open()), QStringLiteral("no such device"));
 }
 
 TEST(SerialChannel, SaysWhoMayUseADeviceWithoutPermission) {
@@ -110,9 +109,9 @@ TEST(SerialChannel, SaysWhoMayUseADeviceWithoutPermission) {
     SerialChannel channel(device.fileName(), SETTING);
 
     const PlainUser user;
-    EXPECT_FALSE(channel.open());
-    EXPECT_TRUE(channel.lastError().startsWith(QStringLiteral("permission denied; the group ")))
-        << qPrintable(channel.lastError());
+    const QString error = errorOf(channel.open());
+    EXPECT_TRUE(error.startsWith(QStringLiteral("permission denied; the group ")))
+        << qPrintable(error);
 }
 
 TEST(SerialChannel, SaysWhenAnotherProgramHasTheDevice) {
@@ -120,8 +119,7 @@ TEST(SerialChannel, SaysWhenAnotherProgramHasTheDevice) {
     SerialChannel first(pty.slavePath(), SETTING);
     ASSERT_TRUE(first.open());
     SerialChannel second(pty.slavePath(), SETTING);
-    EXPECT_FALSE(second.open());
-    EXPECT_EQ(second.lastError(), QStringLiteral("in use by another program"));
+    EXPECT_EQ(errorOf(second.open()), QStringLiteral("in use by another program"));
 }
 
 TEST(SerialChannel, OpensAPtyThatAnEarlierProgramLeftSetUp) {
@@ -136,7 +134,7 @@ TEST(SerialChannel, OpensAPtyThatAnEarlierProgramLeftSetUp) {
         ASSERT_EQ(tcsetattr(left_open, TCSANOW, &as_set), 0); // as if nothing had restored it
     }
     SerialChannel next(pty.slavePath(), SETTING);
-    EXPECT_TRUE(next.open()) << qPrintable(next.lastError());
+    EXPECT_EQ(errorOf(next.open()), QString());
     ::close(left_open);
 }
 
@@ -147,7 +145,7 @@ TEST(SerialChannel, CancelEndsAWaitAtOnceAndForGood) {
     int got = -1;
     std::thread reader([&] {
         char byte;
-        got = channel.read(&byte, 1, LONG_WAIT_MS);
+        got = channel.read(&byte, 1, LONG_WAIT_MS).value_or(-1);
     });
     channel.cancel();
     reader.join();
@@ -178,6 +176,6 @@ TEST(SerialChannel, GivesUpAWriteThatTheLineDoesNotTake) {
     SerialChannel channel(pty.slavePath(), SETTING);
     ASSERT_TRUE(channel.open());
     const QByteArray flood(1 << 20, 'x'); // more than a pty holds; nobody reads it
-    EXPECT_FALSE(channel.write(flood.constData(), flood.size(), 20));
-    EXPECT_EQ(channel.lastError(), QStringLiteral("the line takes no more bytes"));
+    EXPECT_EQ(errorOf(channel.write(flood.constData(), flood.size(), 20)),
+              QStringLiteral("the line takes no more bytes"));
 }

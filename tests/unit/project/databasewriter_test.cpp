@@ -2,6 +2,7 @@
 
 #include "host/project/paneldirectory.h"
 #include "host/project/projectcheck.h"
+#include "tests/support/errorof.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -95,7 +96,7 @@ protected:
 } // namespace
 
 TEST_F(DatabaseWriter, FindsTheDefaultStationOfAPortByTheDriversQuery) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_EQ(rows("SELECT LINK.LINKID, NODE.STATIONID FROM LINK, NODE WHERE LINK.HMIPORT = 1001 "
                    "AND NODE.LINKID = LINK.LINKID AND NODE.ISDEFAULT = 1;"),
               QStringList("1|1"));
@@ -104,7 +105,7 @@ TEST_F(DatabaseWriter, FindsTheDefaultStationOfAPortByTheDriversQuery) {
 }
 
 TEST_F(DatabaseWriter, GivesEveryDoubleWordOfATagARowInTheTagsOwnForm) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_EQ(rows("SELECT address FROM custom_tag_table WHERE connector_id = 1 AND address NOT "
                    "LIKE '%INITDRV0' AND address NOT LIKE 'WRITE_QUE_SIZE%' AND address NOT LIKE "
                    "'VVT_%';"),
@@ -113,46 +114,46 @@ TEST_F(DatabaseWriter, GivesEveryDoubleWordOfATagARowInTheTagsOwnForm) {
 }
 
 TEST_F(DatabaseWriter, KeepsNameTypeCountAndUnitBesideTheAddress) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_EQ(rows("SELECT name, type, count, unit FROM custom_tag_table WHERE address = "
                    "'PA001FFFE'"),
               QStringList(QString::fromUtf8("three|dword|3|°C")));
 }
 
 TEST_F(DatabaseWriter, PutsTheProjectFileBesideTheDatabaseSoThatThePanelDirectoryCanMove) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_TRUE(isPanelDirectory(panel()));
     EXPECT_FALSE(isPanelDirectory(m_directory.path()));
-    EXPECT_TRUE(readProjectFile(panel() + "/panel.toml").project);
+    EXPECT_TRUE(readProjectFile(panel() + "/panel.toml"));
 }
 
 TEST_F(DatabaseWriter, LeavesTheOldDatabaseUntouchedWhenTheFileIsBad) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     const QStringList before = rows("SELECT address FROM custom_tag_table");
     writeProject(QByteArray(PROJECT) + "[[tag]]\nname = \"bad\"\naddress = \"PAX\"\n");
     const QString file = m_directory.filePath("panel.toml");
-    EXPECT_EQ(buildPanelDirectory(m_directory.path(), panel()).join('\n').toStdString(),
+    EXPECT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())).join('\n').toStdString(),
               (file + ":36:11: 'X' in 'PAX' is not a hexadecimal digit").toStdString());
     EXPECT_EQ(rows("SELECT address FROM custom_tag_table"), before);
     EXPECT_EQ(QDir(QFileInfo(database()).path()).entryList(QDir::Files), QStringList("database"));
 }
 
 TEST_F(DatabaseWriter, ReplacesADatabaseOfAnEarlierBuild) {
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     writeProject(QByteArray(PROJECT).replace("PA001fffe", "PA0050000"));
-    ASSERT_EQ(buildPanelDirectory(m_directory.path(), panel()), QStringList());
+    ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_EQ(rows("SELECT address FROM custom_tag_table").first(), QString("PA0050000"));
 }
 
 TEST_F(DatabaseWriter, SaysWhyItCannotWrite) {
     QFile in_the_way(panel());
     ASSERT_TRUE(in_the_way.open(QIODevice::WriteOnly));
-    EXPECT_EQ(buildPanelDirectory(m_directory.path(), panel()),
+    EXPECT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())),
               QStringList(panel() + "/compile/database: the folder cannot be made"));
 }
 
 TEST_F(DatabaseWriter, NamesAMissingProjectFile) {
-    EXPECT_EQ(buildPanelDirectory("/nowhere", panel()),
+    EXPECT_EQ(errorOf(buildPanelDirectory("/nowhere", panel())),
               QStringList("/nowhere/panel.toml: No such file or directory"));
 }
 
@@ -163,12 +164,10 @@ TEST_F(DatabaseWriter, TellsThePluginWhereThePanelDirectoryIs) {
 }
 
 TEST_F(DatabaseWriter, WritesTheSampleProjectButNeverOverAnother) {
-    QString problem;
     const QString fresh = m_directory.filePath("fresh");
-    ASSERT_TRUE(writeSampleProject(fresh, problem)) << qPrintable(problem);
-    EXPECT_EQ(buildPanelDirectory(fresh, fresh), QStringList());
-    EXPECT_FALSE(writeSampleProject(fresh, problem));
-    EXPECT_EQ(problem, fresh + "/panel.toml exists already");
+    ASSERT_EQ(errorOf(writeSampleProject(fresh)), QString());
+    EXPECT_EQ(errorOf(buildPanelDirectory(fresh, fresh)), QStringList());
+    EXPECT_EQ(errorOf(writeSampleProject(fresh)), fresh + "/panel.toml exists already");
 }
 
 TEST(HmiPortNumber, CountsSerialPortsFromAThousand) {

@@ -1,5 +1,7 @@
 #include "host/project/projectaddress.h"
 
+#include "tests/support/errorof.h"
+
 #include <gtest/gtest.h>
 
 using namespace host;
@@ -7,16 +9,13 @@ using namespace host;
 namespace {
 
 ProjectAddress parsed(const char* text) {
-    QString problem;
-    const auto address = parseProjectAddress(QString::fromLatin1(text), problem);
-    EXPECT_TRUE(address) << text << ": " << qPrintable(problem);
+    const auto address = parseProjectAddress(QString::fromLatin1(text));
+    EXPECT_EQ(errorOf(address), QString()) << text;
     return address.value_or(ProjectAddress());
 }
 
 QString problemOf(const char* text) {
-    QString problem;
-    EXPECT_FALSE(parseProjectAddress(QString::fromLatin1(text), problem)) << text;
-    return problem;
+    return errorOf(parseProjectAddress(QString::fromLatin1(text)));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "host/project/projectreader.h"
 
+#include "tests/support/errorof.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -49,8 +51,7 @@ TEST_P(BadProject, GetsTheMessagesOfItsGoldenFile) {
     const QString name = QString::fromStdString(GetParam());
     const ProjectReading reading =
         readProjectText(contentOf(PROJECTS + name + ".toml"), QStringLiteral("panel.toml"));
-    EXPECT_FALSE(reading.project);
-    EXPECT_EQ(reading.errors.join('\n').toStdString() + '\n',
+    EXPECT_EQ(errorOf(reading).join('\n').toStdString() + '\n',
               contentOf(PROJECTS + name + ".expected").toStdString());
 }
 
@@ -59,8 +60,8 @@ INSTANTIATE_TEST_SUITE_P(Golden, BadProject, ::testing::ValuesIn(badProjects()),
 
 TEST(ProjectReader, FillsInTheDriversDefaults) {
     const ProjectReading reading = readText(SMALL_PROJECT);
-    ASSERT_TRUE(reading.project) << qPrintable(reading.errors.join('\n'));
-    const LinkDefinition& link = reading.project->links.first();
+    ASSERT_EQ(errorOf(reading), QStringList());
+    const LinkDefinition& link = reading->links.first();
     EXPECT_EQ(link.id, 1);
     const DeviceSetting device = link.deviceSetting();
     EXPECT_EQ(device.type, DEVICE_RS485);
@@ -78,7 +79,7 @@ TEST(ProjectReader, FillsInTheDriversDefaults) {
 }
 
 TEST(ProjectReader, MakesTheOnlyNodeOfALinkItsDefault) {
-    const Project project = *readText(SMALL_PROJECT).project;
+    const Project project = *readText(SMALL_PROJECT);
     EXPECT_TRUE(project.nodes.first().is_default);
     EXPECT_EQ(project.defaultStation(1), 3);
     EXPECT_EQ(project.tag(QStringLiteral("PV"))->station, 3);
@@ -125,39 +126,38 @@ name = "low"
 address = "LOWLATENCY"
 link = "b"
 )");
-    ASSERT_TRUE(reading.project) << qPrintable(reading.errors.join('\n'));
-    const LinkDefinition& link = *reading.project->link(7);
+    ASSERT_EQ(errorOf(reading), QStringList());
+    const LinkDefinition& link = *reading->link(7);
     EXPECT_EQ(link.parity, portcodes::PARITY_ODD);
     EXPECT_EQ(link.deviceSetting().stopbits, portcodes::STOP_TWO);
-    EXPECT_EQ(reading.project->nodes.first().ip, QStringLiteral("10.0.0.7"));
-    EXPECT_EQ(reading.project->nodes.first().port, 4001);
-    const TagDefinition& bits = *reading.project->tag(QStringLiteral("bits"));
+    EXPECT_EQ(reading->nodes.first().ip, QStringLiteral("10.0.0.7"));
+    EXPECT_EQ(reading->nodes.first().port, 4001);
+    const TagDefinition& bits = *reading->tag(QStringLiteral("bits"));
     EXPECT_EQ(bits.type.data_type, CommunicatorCommand::Bit);
     EXPECT_EQ(bits.dwords(), 2);
     EXPECT_EQ(bits.command().address(), QStringLiteral("NA10.31"));
     EXPECT_EQ(bits.command().count(), 2);
-    EXPECT_EQ(reading.project->tag(QStringLiteral("low"))->station, 2);
+    EXPECT_EQ(reading->tag(QStringLiteral("low"))->station, 2);
 }
 
 TEST(ProjectReader, AllowsTheLargestTagThatTheDriverServes) {
     QByteArray text = SMALL_PROJECT;
-    EXPECT_TRUE(readProjectText(text + "count = 255\n", QString()).project);
-    EXPECT_FALSE(readProjectText(text + "count = 256\n", QString()).project);
+    EXPECT_TRUE(readProjectText(text + "count = 255\n", QString()));
+    EXPECT_FALSE(readProjectText(text + "count = 256\n", QString()));
 }
 
 TEST(ProjectReader, NamesAFileThatIsNotThere) {
     const ProjectReading reading = readProjectFile(QStringLiteral("/nowhere/panel.toml"));
-    EXPECT_FALSE(reading.project);
-    EXPECT_EQ(reading.errors,
+    EXPECT_EQ(errorOf(reading),
               QStringList(QStringLiteral("/nowhere/panel.toml: No such file or directory")));
 }
 
 TEST(ProjectReader, ReadsTheSampleProject) {
     const ProjectReading reading =
         readProjectFile(QStringLiteral(TEST_DATA_DIR "/../../examples/furnace/panel.toml"));
-    ASSERT_TRUE(reading.project) << qPrintable(reading.errors.join('\n'));
-    EXPECT_EQ(reading.project->nodes.size(), 2);
-    const TagDefinition* const last = reading.project->tag(QStringLiteral("Program 32"));
+    ASSERT_EQ(errorOf(reading), QStringList());
+    EXPECT_EQ(reading->nodes.size(), 2);
+    const TagDefinition* const last = reading->tag(QStringLiteral("Program 32"));
     ASSERT_TRUE(last);
     EXPECT_EQ(last->address.text, QStringLiteral("NA13E0"));
     EXPECT_EQ(last->dwords(), 24);

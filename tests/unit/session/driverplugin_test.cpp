@@ -1,5 +1,7 @@
 #include "host/session/driverplugin.h"
 
+#include "tests/support/errorof.h"
+
 #include <QLibraryInfo>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -11,9 +13,7 @@ using namespace host;
 namespace {
 
 QString loadProblem(const QString& path) {
-    QString problem;
-    EXPECT_EQ(DriverPlugin::load(path, problem), nullptr);
-    return problem;
+    return errorOf(DriverPlugin::load(path));
 }
 
 } // namespace

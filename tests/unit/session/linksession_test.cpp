@@ -14,10 +14,9 @@ constexpr qint64 PATIENCE_MS = 2 * TIMEOUT_MS; // with one retry
 
 TagDefinition dataTag(const char* address_text, int station = 1, const char* type = "dword",
                       int count = 1) {
-    QString problem;
     TagDefinition tag;
     tag.name = QLatin1String(address_text);
-    tag.address = *parseProjectAddress(tag.name, problem);
+    tag.address = *parseProjectAddress(tag.name);
     tag.type = *tagTypeByName(QLatin1String(type));
     tag.count = count;
     tag.link_id = 1;

@@ -1,5 +1,7 @@
 #include "host/session/tagvalue.h"
 
+#include "tests/support/errorof.h"
+
 #include <gtest/gtest.h>
 
 using namespace host;
@@ -19,16 +21,13 @@ QString shown(const char* type, const QByteArray& data, ValueFormat format, int 
 }
 
 QByteArray bytesOf(const char* type, const char* text, int count = 1) {
-    QString problem;
-    const auto data = parseValue(tagOf(type, count), QLatin1String(text), problem);
-    EXPECT_TRUE(data) << text << ": " << qPrintable(problem);
+    const auto data = parseValue(tagOf(type, count), QLatin1String(text));
+    EXPECT_EQ(errorOf(data), QString()) << text;
     return data.value_or(QByteArray());
 }
 
 QString problemOf(const char* type, const char* text, int count = 1) {
-    QString problem;
-    EXPECT_FALSE(parseValue(tagOf(type, count), QLatin1String(text), problem)) << text;
-    return problem;
+    return errorOf(parseValue(tagOf(type, count), QLatin1String(text)));
 }
 
 } // namespace

@@ -33,9 +33,9 @@ public:
 
     explicit RecordingPort(simulator::LineClock& clock) : m_clock(clock) {}
 
-    QString open() override {
+    Result<void> open() override {
         m_open = true;
-        return QString();
+        return {};
     }
     void close() override { m_open = false; }
     bool isOpen() const override { return m_open; }

@@ -1,5 +1,6 @@
 #include "simulator/fault.h"
 
+#include "tests/support/errorof.h"
 #include "tests/unit/simulator/wire.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +11,9 @@ using Kind = Fault::Kind;
 namespace {
 
 Fault good(const char* text) {
-    const FaultSpec spec = parseFault(QLatin1String(text));
-    EXPECT_EQ(shown(spec.error), "") << text;
-    return spec.fault;
+    const Result<Fault> fault = parseFault(QLatin1String(text));
+    EXPECT_EQ(shown(errorOf(fault)), "") << text;
+    return fault.value_or(Fault());
 }
 
 } // namespace
@@ -81,5 +82,5 @@ TEST(SimulatorFault, SaysWhatIsWrong) {
         {"silence:every=1,chance=0", "only one of on, every and chance can be given"},
     };
     for (const auto& [text, error] : rows)
-        EXPECT_EQ(shown(parseFault(QLatin1String(text)).error), error);
+        EXPECT_EQ(shown(errorOf(parseFault(QLatin1String(text)))), error);
 }

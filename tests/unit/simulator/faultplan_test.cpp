@@ -11,7 +11,7 @@ namespace {
 std::vector<Fault> faults(std::initializer_list<const char*> texts) {
     std::vector<Fault> result;
     for (const char* text : texts)
-        result.push_back(parseFault(QLatin1String(text)).fault);
+        result.push_back(*parseFault(QLatin1String(text)));
     return result;
 }
 
@@ -74,7 +74,7 @@ TEST(SimulatorFaultPlan, ChancesFollowTheSeed) {
 
 TEST(SimulatorFaultPlan, AForcedFaultStrikesItsStationUntilReleased) {
     FaultPlan plan(faults({"late:every=2"}), 1);
-    plan.force(2, parseFault(QLatin1String("silence")).fault);
+    plan.force(2, *parseFault(QLatin1String("silence")));
     EXPECT_EQ(strikes(plan, 2, 2), "ss");
     EXPECT_EQ(strikes(plan, 2, 1), ".l");
     plan.release(2);
@@ -83,7 +83,7 @@ TEST(SimulatorFaultPlan, AForcedFaultStrikesItsStationUntilReleased) {
 
 TEST(SimulatorFaultPlan, AForcedFaultMayConcernOneCommand) {
     FaultPlan plan({}, 1);
-    plan.force(1, parseFault(QLatin1String("silence:command=WN")).fault);
+    plan.force(1, *parseFault(QLatin1String("silence:command=WN")));
     EXPECT_EQ(strikes(plan, 2, 1, Command::ReadList), "..");
     EXPECT_EQ(strikes(plan, 2, 1, Command::WriteList), "ss");
 }

@@ -1,5 +1,6 @@
 #include "simulator/faultscript.h"
 
+#include "tests/support/errorof.h"
 #include "tests/support/temporarydirectory.h"
 #include "tests/unit/simulator/wire.h"
 
@@ -11,14 +12,14 @@ namespace {
 
 class SimulatorFaultScript : public ::testing::Test {
 protected:
-    FaultScript load(const char* content) {
+    Result<FaultScript> load(const char* content) {
         m_directory.write(QLatin1String("faults.toml"), content);
         return loadFaultScript(m_directory.filePath(QLatin1String("faults.toml")));
     }
 
     /** The error without the folder. */
     std::string error(const char* content) {
-        return load(content).error.section(QLatin1Char('/'), -1).toStdString();
+        return errorOf(load(content)).section(QLatin1Char('/'), -1).toStdString();
     }
 
 private:
@@ -28,33 +29,33 @@ private:
 } // namespace
 
 TEST_F(SimulatorFaultScript, HasFaultsAndASeed) {
-    const FaultScript script = load("seed = 42\n"
-                                    "[[fault]]\n"
-                                    "kind = \"late\"\n"
-                                    "station = 2\n"
-                                    "on = 5\n"
-                                    "ms = 400\n"
-                                    "[[fault]]\n"
-                                    "kind = \"noise-before\"\n"
-                                    "chance = 0.25\n"
-                                    "bytes = \"<FF>,\"\n"
-                                    "command = \"RN\"\n");
-    EXPECT_EQ(shown(script.error), "");
-    EXPECT_EQ(script.seed, 42u);
-    ASSERT_EQ(script.faults.size(), 2u);
-    EXPECT_EQ(shown(describeFault(script.faults[0])), "late ms=400");
-    EXPECT_EQ(script.faults[0].station, quint8(2));
-    EXPECT_EQ(script.faults[0].on, 5u);
-    EXPECT_EQ(shown(describeFault(script.faults[1])), "noise-before bytes=<FF>,");
-    EXPECT_EQ(script.faults[1].chance, 0.25);
-    EXPECT_EQ(script.faults[1].command, Command::ReadList);
+    const Result<FaultScript> script = load("seed = 42\n"
+                                            "[[fault]]\n"
+                                            "kind = \"late\"\n"
+                                            "station = 2\n"
+                                            "on = 5\n"
+                                            "ms = 400\n"
+                                            "[[fault]]\n"
+                                            "kind = \"noise-before\"\n"
+                                            "chance = 0.25\n"
+                                            "bytes = \"<FF>,\"\n"
+                                            "command = \"RN\"\n");
+    EXPECT_EQ(shown(errorOf(script)), "");
+    EXPECT_EQ(script->seed, 42u);
+    ASSERT_EQ(script->faults.size(), 2u);
+    EXPECT_EQ(shown(describeFault(script->faults[0])), "late ms=400");
+    EXPECT_EQ(script->faults[0].station, quint8(2));
+    EXPECT_EQ(script->faults[0].on, 5u);
+    EXPECT_EQ(shown(describeFault(script->faults[1])), "noise-before bytes=<FF>,");
+    EXPECT_EQ(script->faults[1].chance, 0.25);
+    EXPECT_EQ(script->faults[1].command, Command::ReadList);
 }
 
 TEST_F(SimulatorFaultScript, MayBeEmpty) {
-    const FaultScript script = load("");
-    EXPECT_EQ(shown(script.error), "");
-    EXPECT_TRUE(script.faults.empty());
-    EXPECT_FALSE(script.seed);
+    const Result<FaultScript> script = load("");
+    EXPECT_EQ(shown(errorOf(script)), "");
+    EXPECT_TRUE(script->faults.empty());
+    EXPECT_FALSE(script->seed);
 }
 
 TEST_F(SimulatorFaultScript, NamesTheLineOfAMistake) {
@@ -78,9 +79,8 @@ TEST_F(SimulatorFaultScript, NamesTheLineOfAMistake) {
 }
 
 TEST_F(SimulatorFaultScript, ReportsTheFirstMistakeAndKeepsNoFault) {
-    const FaultScript script = load("[[fault]]\nkind = \"echo\"\nz = 1\n\na = 2\n");
-    EXPECT_TRUE(script.error.contains(QLatin1String(":3: "))) << shown(script.error);
-    EXPECT_TRUE(script.faults.empty());
+    const Result<FaultScript> script = load("[[fault]]\nkind = \"echo\"\nz = 1\n\na = 2\n");
+    EXPECT_TRUE(errorOf(script).contains(QLatin1String(":3: "))) << shown(errorOf(script));
 }
 
 TEST_F(SimulatorFaultScript, ReportsBrokenTomlWithItsLine) {
@@ -88,6 +88,6 @@ TEST_F(SimulatorFaultScript, ReportsBrokenTomlWithItsLine) {
 }
 
 TEST_F(SimulatorFaultScript, AMissingFileIsNamed) {
-    EXPECT_EQ(shown(loadFaultScript(QLatin1String("/nowhere/faults.toml")).error),
+    EXPECT_EQ(shown(errorOf(loadFaultScript(QLatin1String("/nowhere/faults.toml")))),
               "/nowhere/faults.toml: No such file or directory");
 }

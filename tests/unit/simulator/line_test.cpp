@@ -1,5 +1,6 @@
 #include "simulator/line.h"
 
+#include "tests/support/errorof.h"
 #include "tests/support/temporarydirectory.h"
 #include "tests/unit/simulator/lineclient.h"
 #include "tests/unit/simulator/wire.h"
@@ -27,7 +28,7 @@ LineSettings withFaults(std::initializer_list<const char*> faults) {
     LineSettings settings;
     settings.stations = {1, 2};
     for (const char* fault : faults)
-        settings.faults.push_back(parseFault(QLatin1String(fault)).fault);
+        settings.faults.push_back(*parseFault(QLatin1String(fault)));
     return settings;
 }
 
@@ -64,7 +65,7 @@ bool soon(Condition condition) {
 
 TEST(SimulatorLine, AnswersOnAPseudoTerminal) {
     Line line(makePtyPort(), {});
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     EXPECT_TRUE(line.devicePath().startsWith(QLatin1String("/dev/pts/")));
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
@@ -82,7 +83,7 @@ TEST(SimulatorLine, PassesEveryByteOfAPseudoTerminalAsItIs) {
     noise.bytes = all;
     settings.faults = {noise};
     Line line(makePtyPort(), settings);
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     client.write(all + check_request);
@@ -91,7 +92,7 @@ TEST(SimulatorLine, PassesEveryByteOfAPseudoTerminalAsItIs) {
 
 TEST(SimulatorLine, SurvivesClientsThatComeAndGo) {
     Line line(makePtyPort(), {});
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     const QString path = line.devicePath();
     for (int i = 0; i < 5; ++i) {
         LineClient client;
@@ -108,7 +109,7 @@ TEST(SimulatorLine, ANewClientDoesNotSeeTheRepliesToTheLastOne) {
         gone = gone || text.endsWith(QLatin1String(": no longer open"));
     };
     Line line(makePtyPort(), settings);
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     client.write(check_request);
@@ -128,7 +129,7 @@ TEST(SimulatorLine, AClientThatReservedTheTerminalAndDiedDoesNotBlockTheNext) {
     }
     {
         Line line(makePtyPort(), {});
-        ASSERT_EQ(shown(line.start()), "");
+        ASSERT_EQ(shown(errorOf(line.start())), "");
         LineClient client;
         ASSERT_TRUE(client.open(line.devicePath()));
         ASSERT_EQ(::ioctl(client.descriptor(), TIOCEXCL), 0);
@@ -145,7 +146,7 @@ TEST(SimulatorLine, ALinkNamesThePseudoTerminalWhileTheLineRuns) {
     const QString link = directory.filePath(QLatin1String("dmc50"));
     {
         Line line(makePtyPort(link), {});
-        ASSERT_EQ(shown(line.start()), "");
+        ASSERT_EQ(shown(errorOf(line.start())), "");
         EXPECT_EQ(line.devicePath(), link);
         EXPECT_TRUE(QFileInfo(link).symLinkTarget().startsWith(QLatin1String("/dev/pts/")));
         LineClient client;
@@ -159,18 +160,18 @@ TEST(SimulatorLine, AnOldLinkIsReplacedAndAFileIsNot) {
     TemporaryDirectory directory;
     const QString link = directory.filePath(QLatin1String("dmc50"));
     ASSERT_EQ(::symlink("/dev/null", qPrintable(link)), 0);
-    EXPECT_EQ(shown(Line(makePtyPort(link), {}).start()), "");
+    EXPECT_EQ(shown(errorOf(Line(makePtyPort(link), {}).start())), "");
 
     directory.write(QLatin1String("file"), "precious");
     const QString file = directory.filePath(QLatin1String("file"));
-    EXPECT_EQ(Line(makePtyPort(file), {}).start(),
+    EXPECT_EQ(errorOf(Line(makePtyPort(file), {}).start()),
               file + QLatin1String(": there is a file of this name; it is left alone"));
     EXPECT_EQ(shown(directory.read(QLatin1String("file"))), "precious");
 }
 
 TEST(SimulatorLine, AnswersOnTcpOneClientAfterTheOther) {
     Line line(makeTcpPort(QLatin1String("127.0.0.1"), 0), {});
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     EXPECT_FALSE(line.devicePath().endsWith(QLatin1String(":0")));
     LineClient first;
     LineClient second;
@@ -185,11 +186,12 @@ TEST(SimulatorLine, AnswersOnTcpOneClientAfterTheOther) {
 
 TEST(SimulatorLine, APortThatIsTakenIsNamed) {
     Line line(makeTcpPort(QLatin1String("127.0.0.1"), 0), {});
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     const QString path = line.devicePath();
     Line other(
         makeTcpPort(QLatin1String("127.0.0.1"), path.section(QLatin1Char(':'), -1).toUShort()), {});
-    EXPECT_EQ(other.start(), path + QLatin1String(": The bound address is already in use"));
+    EXPECT_EQ(errorOf(other.start()),
+              path + QLatin1String(": The bound address is already in use"));
 }
 
 TEST(SimulatorLine, AnswersOnASerialDevice) {
@@ -198,7 +200,7 @@ TEST(SimulatorLine, AnswersOnASerialDevice) {
     ASSERT_TRUE(far_end.open(QLatin1String("/dev/ptmx")));
     ASSERT_EQ(::unlockpt(far_end.descriptor()), 0);
     Line line(makeSerialPort(QString::fromLocal8Bit(::ptsname(far_end.descriptor())), 38400), {});
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     EXPECT_EQ(checked(far_end), check_reply);
     termios mode = {};
     ASSERT_EQ(::tcgetattr(far_end.descriptor(), &mode), 0);
@@ -214,19 +216,19 @@ TEST(SimulatorLine, ASerialDeviceThatGoesAwayIsTriedAgain) {
     settings.log = [&](const QString&) { ++lines_logged; };
     Line line(makeSerialPort(QString::fromLocal8Bit(::ptsname(far_end.descriptor())), 38400),
               settings);
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     far_end.close();
     EXPECT_TRUE(soon([&] { return lines_logged == 1; }));
 }
 
 TEST(SimulatorLine, AMissingDeviceIsNamed) {
     Line line(makeSerialPort(QLatin1String("/dev/nowhere"), 38400), {});
-    EXPECT_EQ(shown(line.start()), "/dev/nowhere: No such file or directory");
+    EXPECT_EQ(shown(errorOf(line.start())), "/dev/nowhere: No such file or directory");
 }
 
 TEST(SimulatorLine, AStationCanBeMadeSilentAndRecover) {
     Line line(makePtyPort(), withFaults({}));
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     line.setFault(1, Fault());
@@ -240,7 +242,7 @@ TEST(SimulatorLine, AStationCanBeMadeSilentAndRecover) {
 
 TEST(SimulatorLine, AClosedTcpLineDropsItsClientAndComesBack) {
     Line line(makeTcpPort(QLatin1String("127.0.0.1"), 0), withFaults({"close:on=2,ms=10"}));
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     EXPECT_EQ(checked(client), check_reply);
@@ -254,7 +256,7 @@ TEST(SimulatorLine, AClosedPseudoTerminalComesBackUnderItsLink) {
     TemporaryDirectory directory;
     const QString link = directory.filePath(QLatin1String("dmc50"));
     Line line(makePtyPort(link), withFaults({"close:on=2,ms=10"}));
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(link));
     EXPECT_EQ(checked(client), check_reply);
@@ -266,7 +268,7 @@ TEST(SimulatorLine, AClosedPseudoTerminalComesBackUnderItsLink) {
 
 TEST(SimulatorLine, StopsWhileAReplyIsFarAway) {
     Line line(makePtyPort(), withFaults({"late:ms=3600000"}));
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     client.write(check_request);
@@ -280,7 +282,7 @@ TEST(SimulatorLine, AnExchangeTakesAtLeastItsWireTime) {
     LineSettings settings;
     settings.timing = {38400, 5};
     Line line(makePtyPort(), settings);
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     QElapsedTimer taken;
@@ -294,7 +296,7 @@ TEST(SimulatorLine, LogsEachRequestFromItsOwnThread) {
     LineSettings settings = withFaults({"late:ms=1"});
     settings.log = [&](const QString& text) { log += text; };
     Line line(makeTcpPort(QLatin1String("127.0.0.1"), 0), settings);
-    ASSERT_EQ(shown(line.start()), "");
+    ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     EXPECT_EQ(checked(client), check_reply);

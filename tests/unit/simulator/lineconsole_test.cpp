@@ -1,6 +1,7 @@
 #include "simulator/lineconsole.h"
 
 #include "simulator/line.h"
+#include "tests/support/errorof.h"
 #include "tests/unit/simulator/lineclient.h"
 #include "tests/unit/simulator/wire.h"
 
@@ -36,7 +37,7 @@ TEST_F(SimulatorLineConsole, ShowsAndChangesMemory) {
 }
 
 TEST_F(SimulatorLineConsole, MakesStationsFailAndRecover) {
-    ASSERT_EQ(shown(m_line.start()), "");
+    ASSERT_EQ(shown(errorOf(m_line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(m_line.devicePath()));
     EXPECT_EQ(execute("station 1 end-code:value=9"), "station 1: end-code value=9");

@@ -26,7 +26,7 @@ protected:
     void build(const std::vector<const char*>& faults, LineTiming timing = {}) {
         std::vector<Fault> parsed;
         for (const char* fault : faults)
-            parsed.push_back(parseFault(QLatin1String(fault)).fault);
+            parsed.push_back(*parseFault(QLatin1String(fault)));
         m_plan = std::make_unique<FaultPlan>(parsed, 1);
         m_session = std::make_unique<LineSession>(
             SessionParts{m_port, m_clock, m_stations, *m_plan, timing, m_trace.get(),

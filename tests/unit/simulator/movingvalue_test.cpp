@@ -1,5 +1,7 @@
 #include "simulator/movingspec.h"
 
+#include "tests/support/errorof.h"
+
 #include <gtest/gtest.h>
 
 using namespace simulator;
@@ -7,7 +9,7 @@ using Shape = MovingValue::Shape;
 
 namespace {
 
-MovingSpec spec(Shape shape, const char* text) {
+Result<MovingSpec> spec(Shape shape, const char* text) {
     return parseMovingSpec(shape, QLatin1String(text));
 }
 
@@ -43,19 +45,19 @@ TEST(SimulatorMovingValue, NegativeValuesAreTwosComplementAndCountersRunOver) {
 }
 
 TEST(SimulatorMovingSpec, HasDefaultsForAllButTheAddress) {
-    const MovingSpec ramp = spec(Shape::Ramp, "0x100");
-    EXPECT_EQ(ramp.error, QString());
-    EXPECT_EQ(ramp.address.address, 0x100u);
-    EXPECT_EQ(ramp.value.at(5000), 500u);
-    EXPECT_EQ(spec(Shape::Counter, "1").value.at(5000), 5u);
+    const Result<MovingSpec> ramp = spec(Shape::Ramp, "0x100");
+    ASSERT_EQ(errorOf(ramp), QString());
+    EXPECT_EQ(ramp->address.address, 0x100u);
+    EXPECT_EQ(ramp->value.at(5000), 500u);
+    EXPECT_EQ(spec(Shape::Counter, "1")->value.at(5000), 5u);
 }
 
 TEST(SimulatorMovingSpec, TakesItsSettings) {
-    const MovingSpec sine = spec(Shape::Sine, "2-0x100:from=-5,to=5,period=0.5");
-    EXPECT_EQ(sine.error, QString());
-    EXPECT_EQ(sine.address.station, quint8(2));
-    EXPECT_EQ(sine.value.at(125), 5u);
-    EXPECT_EQ(spec(Shape::Counter, "1:from=4,step=-1,period=2").value.at(2000), 3u);
+    const Result<MovingSpec> sine = spec(Shape::Sine, "2-0x100:from=-5,to=5,period=0.5");
+    ASSERT_EQ(errorOf(sine), QString());
+    EXPECT_EQ(sine->address.station, quint8(2));
+    EXPECT_EQ(sine->value.at(125), 5u);
+    EXPECT_EQ(spec(Shape::Counter, "1:from=4,step=-1,period=2")->value.at(2000), 3u);
 }
 
 TEST(SimulatorMovingSpec, SaysWhatIsWrong) {
@@ -70,5 +72,5 @@ TEST(SimulatorMovingSpec, SaysWhatIsWrong) {
         {Shape::Ramp, "1:from=nan", "\"nan\" is no number for from"},
     };
     for (const auto& [shape, text, error] : rows)
-        EXPECT_EQ(spec(shape, text).error.toStdString(), error);
+        EXPECT_EQ(errorOf(spec(shape, text)).toStdString(), error);
 }

@@ -26,7 +26,7 @@ std::string sent(const Transmission& transmission) {
 }
 
 std::string sentWith(const char* fault, const Reply& reply) {
-    return sent(faultyTransmission(parseFault(QLatin1String(fault)).fault, wire(request), reply));
+    return sent(faultyTransmission(*parseFault(QLatin1String(fault)), wire(request), reply));
 }
 
 } // namespace
@@ -73,6 +73,6 @@ TEST(SimulatorTransmission, TheStationAfterTheLastIs0) {
 
 TEST(SimulatorTransmission, AnEchoedRefusalIsCarriedInOneText) {
     const Transmission transmission =
-        faultyTransmission(parseFault(QLatin1String("echo")).fault, "ab", {1, 0, end_ok, {}});
+        faultyTransmission(*parseFault(QLatin1String("echo")), "ab", {1, 0, end_ok, {}});
     EXPECT_EQ(shown(transmission.bytes()), "ab<02>0100X00<03>82<0D><0A>");
 }

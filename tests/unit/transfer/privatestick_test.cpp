@@ -1,13 +1,14 @@
 #include "host/transfer/privatestick.h"
 
+#include "tests/support/errorof.h"
+
 #include <gtest/gtest.h>
 
 using namespace host;
 
 TEST(PrivateStickTest, WantsAFolder) {
-    QString problem;
-    EXPECT_FALSE(mountPrivateStick(QStringLiteral("/nowhere"), problem));
-    EXPECT_EQ(problem, QStringLiteral("/nowhere: no such folder"));
-    EXPECT_FALSE(mountPrivateStick(QStringLiteral("/dev/null"), problem));
-    EXPECT_EQ(problem, QStringLiteral("/dev/null: no such folder"));
+    EXPECT_EQ(errorOf(mountPrivateStick(QStringLiteral("/nowhere"))),
+              QStringLiteral("/nowhere: no such folder"));
+    EXPECT_EQ(errorOf(mountPrivateStick(QStringLiteral("/dev/null"))),
+              QStringLiteral("/dev/null: no such folder"));
 }

@@ -29,9 +29,8 @@ protected:
         node.is_default = true;
         project.nodes.append(node);
         for (const QString& item : recipeSlotItems().mid(0, PROGRAMS)) {
-            QString problem;
             TagDefinition tag;
-            tag.address = *parseProjectAddress(item.section(QLatin1Char(':'), 0, 0), problem);
+            tag.address = *parseProjectAddress(item.section(QLatin1Char(':'), 0, 0));
             tag.type = *tagTypeByName(QStringLiteral("dword"));
             tag.count = RECIPE_COLUMNS;
             tag.link_id = tag.station = 1;

@@ -7,9 +7,8 @@ using namespace host;
 namespace {
 
 TagDefinition tagAt(const char* text, int count, int station = 1) {
-    QString problem;
     TagDefinition tag;
-    tag.address = *parseProjectAddress(QLatin1String(text), problem);
+    tag.address = *parseProjectAddress(QLatin1String(text));
     tag.type = *tagTypeByName(QStringLiteral("dword"));
     tag.count = count;
     tag.link_id = 1;
