@@ -24,9 +24,9 @@ namespace {
 
 using Table = QList<QStringList>;
 
-const int columns = 25; // a recipe program: its name and 24 values
-const int usual_rows = 100000;
-const int many_rows = 1000000;
+const int Columns = 25; // a recipe program: its name and 24 values
+const int UsualRows = 100000;
+const int ManyRows = 1000000;
 
 /** A table like an exported recipe file, but without its repetitions, which
  *  the loader would share: every value is random. */
@@ -35,12 +35,12 @@ Table randomTable(int rows) {
     std::uniform_int_distribution<uint> value(0, 65535);
     Table table;
     QStringList header(QString::fromUtf8("名稱"));
-    for (int column = 1; column < columns; ++column)
+    for (int column = 1; column < Columns; ++column)
         header.append(QString::fromUtf8("設定%1").arg(column));
     table.append(header);
     for (int i = 1; i < rows; ++i) {
         QStringList row(QString::fromUtf8("程序%1").arg(i));
-        for (int column = 1; column < columns; ++column)
+        for (int column = 1; column < Columns; ++column)
             row.append(QString::number(value(random)));
         table.append(row);
     }
@@ -118,7 +118,7 @@ double peakBytes(const std::function<void()>& work) {
 
 void measure(benchmark::State& state, const QString& path, int rows,
              const std::function<void()>& work) {
-    state.counters["peak_bytes_per_field"] = peakBytes(work) / (double(rows) * columns);
+    state.counters["peak_bytes_per_field"] = peakBytes(work) / (double(rows) * Columns);
     for (auto _ : state)
         work();
     state.SetBytesProcessed(int64_t(state.iterations()) * QFile(path).size());
@@ -198,8 +198,8 @@ void BM_LoadReadLineSplit(benchmark::State& state, int rows) {
 }
 
 void BM_LoadLibcsv(benchmark::State& state) {
-    const QString path = Files::instance().path(usual_rows, "UTF-8");
-    measure(state, path, usual_rows, [&] { loadByLibcsv(path); });
+    const QString path = Files::instance().path(UsualRows, "UTF-8");
+    measure(state, path, UsualRows, [&] { loadByLibcsv(path); });
 }
 
 void BM_SaveOurs(benchmark::State& state, int rows) {
@@ -210,9 +210,9 @@ void BM_SaveOurs(benchmark::State& state, int rows) {
 }
 
 void BM_SaveJoin(benchmark::State& state) {
-    const Table table = randomTable(usual_rows);
+    const Table table = randomTable(UsualRows);
     const QString path = Files::instance().scratch();
-    measure(state, path, usual_rows, [&] {
+    measure(state, path, UsualRows, [&] {
         QFile file(path);
         file.open(QIODevice::WriteOnly | QIODevice::Text);
         QTextStream stream(&file);
@@ -223,29 +223,29 @@ void BM_SaveJoin(benchmark::State& state) {
     });
 }
 
-BENCHMARK_CAPTURE(BM_LoadOurs, utf16, "UTF-16LE", usual_rows)
+BENCHMARK_CAPTURE(BM_LoadOurs, utf16, "UTF-16LE", UsualRows)
     ->Name("csv_load/ours")
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_LoadReadLineSplit, utf16, usual_rows)
+BENCHMARK_CAPTURE(BM_LoadReadLineSplit, utf16, UsualRows)
     ->Name("csv_load/readline_split")
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_LoadOurs, utf8, "UTF-8", usual_rows)
+BENCHMARK_CAPTURE(BM_LoadOurs, utf8, "UTF-8", UsualRows)
     ->Name("csv_load_utf8/ours")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadLibcsv)->Name("csv_load_utf8/libcsv")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_SaveOurs, usual, usual_rows)
+BENCHMARK_CAPTURE(BM_SaveOurs, usual, UsualRows)
     ->Name("csv_save/ours")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveJoin)->Name("csv_save/join")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_LoadOurs, million, "UTF-16LE", many_rows)
+BENCHMARK_CAPTURE(BM_LoadOurs, million, "UTF-16LE", ManyRows)
     ->Name("csv_load_million/ours")
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
-BENCHMARK_CAPTURE(BM_LoadReadLineSplit, million, many_rows)
+BENCHMARK_CAPTURE(BM_LoadReadLineSplit, million, ManyRows)
     ->Name("csv_load_million/readline_split")
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
-BENCHMARK_CAPTURE(BM_SaveOurs, million, many_rows)
+BENCHMARK_CAPTURE(BM_SaveOurs, million, ManyRows)
     ->Name("csv_save_million/ours")
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);

@@ -15,8 +15,8 @@
 
 namespace {
 
-const char* const CODECS[] = {"UTF-16LE", "UTF-8", "Big5", "ISO-8859-1"};
-const char* const DELIMITERS[] = {"\t", ",", ";", "||", "\"", "\";", "", "\n"};
+const char* const Codecs[] = {"UTF-16LE", "UTF-8", "Big5", "ISO-8859-1"};
+const char* const Delimiters[] = {"\t", ",", ";", "||", "\"", "\";", "", "\n"};
 
 void require(bool condition) {
     if (!condition)
@@ -42,7 +42,7 @@ struct Choice {
 };
 
 Choice choiceOf(uint8_t first, uint8_t second) {
-    return {CODECS[first % 4], DELIMITERS[first / 4 % 8], (second & 1) == 0, (second & 2) == 0};
+    return {Codecs[first % 4], Delimiters[first / 4 % 8], (second & 1) == 0, (second & 2) == 0};
 }
 
 void load(FuzzedLoader& loader, const Choice& choice, QByteArray bytes) {

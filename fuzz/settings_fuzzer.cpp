@@ -12,7 +12,7 @@
 
 namespace {
 
-const int SMALLEST_STORED_ENDPOINT = 4 + 2; // length of an empty address, port
+const int SmallestStoredEndpoint = 4 + 2; // length of an empty address, port
 
 void require(bool condition) {
     if (!condition)
@@ -51,7 +51,7 @@ QDataStream::Status read(const QByteArray& bytes, QDataStream::ByteOrder order, 
 void checkDevice(const QByteArray& bytes, const Choice& choice) {
     DeviceSetting setting = deviceRecord(choice.had_endpoints);
     const QDataStream::Status status = read(bytes, choice.order, setting);
-    require(setting.endpoints.size() <= bytes.size() / SMALLEST_STORED_ENDPOINT);
+    require(setting.endpoints.size() <= bytes.size() / SmallestStoredEndpoint);
     require(setting.currentIndex >= 0 && setting.currentIndex < 3);
     setting.socketIP();
     setting.port();

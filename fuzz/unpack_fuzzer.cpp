@@ -15,8 +15,8 @@
 
 namespace {
 
-const size_t MAX_IMAGE = 1024;
-const size_t FRONT_END_TARGETS = 8;
+const size_t MaxImage = 1024;
+const size_t FrontEndTargets = 8;
 
 typedef std::unique_ptr<char[]> Bytes;
 
@@ -57,7 +57,7 @@ private:
 /** The front end must do what the field walk did. */
 void checkFrontEnd(const char* image, const std::string& format, const ExactTargets& expected,
                    int expected_result) {
-    char t[FRONT_END_TARGETS][MAX_IMAGE];
+    char t[FrontEndTargets][MaxImage];
     const int result =
         DataUnpack(image, format.c_str(), t[0], t[1], t[2], t[3], t[4], t[5], t[6], t[7]);
     require(result == expected_result);
@@ -103,7 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     PackFormat fields(format.c_str());
     while (fields.next()) {
         const PackField& field = fields.field();
-        if (size_t(fields.size()) > MAX_IMAGE)
+        if (size_t(fields.size()) > MaxImage)
             return 0;
         if (field.kind == PackField::Value || field.kind == PackField::Block)
             targets.add(size_t(field.size()));
@@ -115,7 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     require(result == (fields.error() == PackFormat::NoError ? fields.size() : -1));
     require(targets.taken() == targets.count());
 
-    if (targets.count() <= FRONT_END_TARGETS)
+    if (targets.count() <= FrontEndTargets)
         checkFrontEnd(image.get(), format, targets, result);
     if (fields.error() == PackFormat::NoError)
         checkRoundTrip(image.get(), format, targets);

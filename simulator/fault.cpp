@@ -12,8 +12,8 @@ namespace simulator {
 
 namespace {
 
-constexpr quint32 longest_pause_ms = 3600000;
-constexpr quint8 default_end_code = end_unknown_command;
+constexpr quint32 LongestPauseMsecs = 3600000;
+constexpr quint8 DefaultEndCode = EndUnknownCommand;
 
 struct KindShape {
     Fault::Kind kind;
@@ -22,7 +22,7 @@ struct KindShape {
     int default_ms;
 };
 
-constexpr std::array<KindShape, 12> kind_shapes = {{
+constexpr std::array<KindShape, 12> KindShapes = {{
     {Fault::Kind::Silence, "silence", "", 0},
     {Fault::Kind::Late, "late", "ms", 1000},
     {Fault::Kind::Split, "split", "at ms", 50},
@@ -37,8 +37,17 @@ constexpr std::array<KindShape, 12> kind_shapes = {{
     {Fault::Kind::Close, "close", "ms", 1000},
 }};
 
+constexpr bool isInOrderOfKinds() {
+    for (std::size_t i = 0; i < KindShapes.size(); ++i) {
+        if (std::size_t(KindShapes[i].kind) != i)
+            return false;
+    }
+    return KindShapes.size() == std::size_t(Fault::Kind::Close) + 1;
+}
+static_assert(isInOrderOfKinds(), "a kind is the index of its shape");
+
 const KindShape& shapeOf(Fault::Kind kind) {
-    return kind_shapes[std::size_t(kind)];
+    return KindShapes[std::size_t(kind)];
 }
 
 QStringList ownSettings(Fault::Kind kind) {
@@ -81,23 +90,29 @@ struct Setting {
     bool (*store)(Fault& fault, const QString& text);
 };
 
-constexpr quint32 most = 0xFFFFFFFF;
-constexpr int when_settings = 6; // the first ones, which every kind takes
+constexpr quint32 LargestNumber = 0xFFFFFFFF;
+constexpr int WhenSettings = 6; // the first ones, which every kind takes
 
-constexpr std::array<Setting, 10> settings = {{
+constexpr std::array<Setting, 10> KnownSettings = {{
     {"station", "a station, 1 to 255",
      [](Fault& fault, const QString& text) { return storeNumber(fault.station, text, 1, 255); }},
     {"command", "RN, WG or WN", storeCommand},
     {"on", "a number from 1",
-     [](Fault& fault, const QString& text) { return storeNumber(fault.on, text, 1, most); }},
+     [](Fault& fault, const QString& text) {
+         return storeNumber(fault.on, text, 1, LargestNumber);
+     }},
     {"every", "a number from 1",
-     [](Fault& fault, const QString& text) { return storeNumber(fault.every, text, 1, most); }},
+     [](Fault& fault, const QString& text) {
+         return storeNumber(fault.every, text, 1, LargestNumber);
+     }},
     {"chance", "between 0 and 1", storeChance},
     {"count", "a number from 1",
-     [](Fault& fault, const QString& text) { return storeNumber(fault.count, text, 1, most); }},
+     [](Fault& fault, const QString& text) {
+         return storeNumber(fault.count, text, 1, LargestNumber);
+     }},
     {"ms", "milliseconds, 0 to 3600000",
      [](Fault& fault, const QString& text) {
-         return storeNumber(fault.ms, text, 0, longest_pause_ms);
+         return storeNumber(fault.ms, text, 0, LongestPauseMsecs);
      }},
     {"at", "a number of bytes, 1 to 1000",
      [](Fault& fault, const QString& text) { return storeNumber(fault.at, text, 1, 1000); }},
@@ -108,13 +123,13 @@ constexpr std::array<Setting, 10> settings = {{
 
 QStringList allowedSettings(Fault::Kind kind) {
     QStringList keys = ownSettings(kind);
-    for (int i = 0; i < when_settings; ++i)
-        keys += QLatin1String(settings[std::size_t(i)].key);
+    for (int i = 0; i < WhenSettings; ++i)
+        keys += QLatin1String(KnownSettings[std::size_t(i)].key);
     return keys;
 }
 
 const Setting* findSetting(const Fault& fault, const QString& key) {
-    for (const Setting& setting : settings) {
+    for (const Setting& setting : KnownSettings) {
         if (key == QLatin1String(setting.key) && allowedSettings(fault.kind).contains(key))
             return &setting;
     }
@@ -146,7 +161,7 @@ QString describeFault(const Fault& fault) {
 
 Result<Fault> makeFault(const QString& name) {
     QStringList names;
-    for (const KindShape& shape : kind_shapes) {
+    for (const KindShape& shape : KindShapes) {
         names += QString::fromLatin1(shape.name);
         if (name != names.last())
             continue;
@@ -155,7 +170,7 @@ Result<Fault> makeFault(const QString& name) {
         fault.ms = shape.default_ms;
         fault.bytes = QByteArray("\xFF\x00", 2);
         if (shape.kind == Fault::Kind::EndCode)
-            fault.value = default_end_code;
+            fault.value = DefaultEndCode;
         return fault;
     }
     return Failure(QString::fromLatin1("unknown kind \"%1\"; the kinds are %2")

@@ -8,7 +8,7 @@ namespace simulator {
 
 namespace {
 
-constexpr int read_size = 4096;
+constexpr int ReadSize = 4096;
 
 } // namespace
 
@@ -24,7 +24,7 @@ short waitForInput(int descriptor, int timeout_ms) {
 }
 
 QByteArray readAvailable(int descriptor, bool& at_end) {
-    QByteArray bytes(read_size, Qt::Uninitialized);
+    QByteArray bytes(ReadSize, Qt::Uninitialized);
     const ssize_t count = ::read(descriptor, bytes.data(), std::size_t(bytes.size()));
     at_end = count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR);
     bytes.truncate(count > 0 ? int(count) : 0);

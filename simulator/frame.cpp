@@ -7,13 +7,13 @@ namespace simulator {
 
 namespace {
 
-constexpr char stx = 0x02;
-constexpr char etx = 0x03;
-constexpr int header_length = 5;  // STX, station, sub-address
-constexpr int trailer_length = 5; // ETX, checksum, CR LF
-constexpr int digits_per_byte = 2;
-constexpr int digits_per_word = 8;
-constexpr char device_character = 'X';
+constexpr char Stx = 0x02;
+constexpr char Etx = 0x03;
+constexpr int HeaderLength = 5;  // STX, station, sub-address
+constexpr int TrailerLength = 5; // ETX, checksum, CR LF
+constexpr int DigitsPerByte = 2;
+constexpr int DigitsPerWord = 8;
+constexpr char DeviceCharacter = 'X';
 
 struct CommandShape {
     Command command;
@@ -23,11 +23,17 @@ struct CommandShape {
     int max_items;
 };
 
-constexpr std::array<CommandShape, 3> command_shapes = {{
-    {Command::ReadList, "XRN00LL", "RN", 1, max_read_addresses},
-    {Command::WriteGroup, "XWGLL", "WG", 1, max_group_values},
-    {Command::WriteList, "XWN00LL", "WN", 2, max_write_pairs},
+constexpr std::array<CommandShape, 3> CommandShapes = {{
+    {Command::ReadList, "XRN00LL", "RN", 1, MaxReadAddresses},
+    {Command::WriteGroup, "XWGLL", "WG", 1, MaxGroupValues},
+    {Command::WriteList, "XWN00LL", "WN", 2, MaxWritePairs},
 }};
+
+static_assert(CommandShapes.size() == std::size_t(Command::WriteList) + 1 &&
+                  CommandShapes[0].command == Command::ReadList &&
+                  CommandShapes[1].command == Command::WriteGroup &&
+                  CommandShapes[2].command == Command::WriteList,
+              "a command is the index of its shape");
 
 int digitValue(char digit) {
     if (digit >= '0' && digit <= '9')
@@ -67,11 +73,11 @@ ParsedRequest refused(ParsedRequest parsed, EndCode end_code, const char* reason
 }
 
 std::optional<std::vector<quint32>> parseWords(const QByteArray& digits) {
-    if (digits.size() % digits_per_word != 0)
+    if (digits.size() % DigitsPerWord != 0)
         return std::nullopt;
     std::vector<quint32> words;
-    for (int offset = 0; offset < digits.size(); offset += digits_per_word) {
-        const std::optional<quint32> word = hexAt(digits, offset, digits_per_word);
+    for (int offset = 0; offset < digits.size(); offset += DigitsPerWord) {
+        const std::optional<quint32> word = hexAt(digits, offset, DigitsPerWord);
         if (!word)
             return std::nullopt;
         words.push_back(*word);
@@ -104,12 +110,12 @@ ParsedRequest parseItems(ParsedRequest parsed, const CommandShape& shape,
                          const QByteArray& digits) {
     const std::optional<std::vector<quint32>> words = parseWords(digits);
     if (!words || words->size() % std::size_t(shape.words_per_item) != 0)
-        return refused(parsed, end_malformed_items, "malformed items");
+        return refused(parsed, EndMalformedItems, "malformed items");
     Request request = parsed.request;
     request.command = shape.command;
     distributeWords(*words, request);
     if (request.addresses.empty() || int(request.addresses.size()) > shape.max_items)
-        return refused(parsed, end_item_count, "item count out of range");
+        return refused(parsed, EndItemCount, "item count out of range");
     parsed.request = request;
     parsed.state = ParsedRequest::State::Good;
     return parsed;
@@ -118,7 +124,7 @@ ParsedRequest parseItems(ParsedRequest parsed, const CommandShape& shape,
 } // namespace
 
 const char* commandName(Command command) {
-    return command_shapes[std::size_t(command)].name;
+    return CommandShapes[std::size_t(command)].name;
 }
 
 QByteArray checksumDigits(const QByteArray& text) {
@@ -126,13 +132,13 @@ QByteArray checksumDigits(const QByteArray& text) {
     for (char byte : text)
         sum += static_cast<unsigned char>(byte);
     QByteArray digits;
-    appendHex(digits, (0x100 - (sum & 0xFF)) & 0xFF, digits_per_byte);
+    appendHex(digits, (0x100 - (sum & 0xFF)) & 0xFF, DigitsPerByte);
     return digits;
 }
 
 ParsedRequest parseRequest(const QByteArray& frame) {
-    const int text_end = frame.size() - trailer_length;
-    if (text_end < header_length || frame.at(0) != stx || frame.at(text_end) != etx ||
+    const int text_end = frame.size() - TrailerLength;
+    if (text_end < HeaderLength || frame.at(0) != Stx || frame.at(text_end) != Etx ||
         !frame.endsWith("\r\n"))
         return unreadable("not a frame");
     if (frame.mid(text_end + 1, 2) != checksumDigits(frame.left(text_end + 1))) {
@@ -140,30 +146,30 @@ ParsedRequest parseRequest(const QByteArray& frame) {
         parsed.bad_checksum = true;
         return parsed;
     }
-    const std::optional<quint32> station = hexAt(frame, 1, digits_per_byte);
-    const std::optional<quint32> subaddress = hexAt(frame, 3, digits_per_byte);
+    const std::optional<quint32> station = hexAt(frame, 1, DigitsPerByte);
+    const std::optional<quint32> subaddress = hexAt(frame, 3, DigitsPerByte);
     if (!station || !subaddress)
         return unreadable("no station");
     ParsedRequest parsed;
     parsed.request.station = quint8(*station);
     parsed.request.subaddress = quint8(*subaddress);
-    const QByteArray text = frame.mid(header_length, text_end - header_length);
-    for (const CommandShape& shape : command_shapes) {
+    const QByteArray text = frame.mid(HeaderLength, text_end - HeaderLength);
+    for (const CommandShape& shape : CommandShapes) {
         if (text.startsWith(shape.text))
             return parseItems(parsed, shape, text.mid(int(qstrlen(shape.text))));
     }
-    return refused(parsed, end_unknown_command, "unknown command");
+    return refused(parsed, EndUnknownCommand, "unknown command");
 }
 
 QByteArray packReply(const Reply& reply) {
-    QByteArray frame(1, stx);
-    appendHex(frame, reply.station, digits_per_byte);
-    appendHex(frame, reply.subaddress, digits_per_byte);
-    frame += device_character;
-    appendHex(frame, reply.end_code, digits_per_byte);
+    QByteArray frame(1, Stx);
+    appendHex(frame, reply.station, DigitsPerByte);
+    appendHex(frame, reply.subaddress, DigitsPerByte);
+    frame += DeviceCharacter;
+    appendHex(frame, reply.end_code, DigitsPerByte);
     for (quint32 word : reply.data)
-        appendHex(frame, word, digits_per_word);
-    frame += etx;
+        appendHex(frame, word, DigitsPerWord);
+    frame += Etx;
     return frame + checksumDigits(frame) + "\r\n";
 }
 

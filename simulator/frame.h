@@ -18,20 +18,20 @@ enum class Command {
 const char* commandName(Command command);
 
 /** Most items of one request: what fits into a controller's receive buffer. */
-constexpr int max_read_addresses = 50;
-constexpr int max_group_values = 50;
-constexpr int max_write_pairs = 25;
+constexpr int MaxReadAddresses = 50;
+constexpr int MaxGroupValues = 50;
+constexpr int MaxWritePairs = 25;
 
 /** Length of the longest request, RN and WN at their limits being 417. */
-constexpr int longest_request = 423;
+constexpr int LongestRequest = 423;
 
 /** The end codes of the simulated controller. Those of a real one are unknown
  *  here; these three are the simulator's own. */
 enum EndCode : quint8 {
-    end_ok = 0x00,
-    end_unknown_command = 0x41,
-    end_malformed_items = 0x42, // not uppercase hexadecimal, or not whole items
-    end_item_count = 0x43,      // no item, or more than the limit
+    EndOk = 0x00,
+    EndUnknownCommand = 0x41,
+    EndMalformedItems = 0x42, // not uppercase hexadecimal, or not whole items
+    EndItemCount = 0x43,      // no item, or more than the limit
 };
 
 struct Request {
@@ -51,7 +51,7 @@ struct ParsedRequest {
     };
     State state = State::Unreadable;
     Request request;           // when refused: station and sub-address only
-    quint8 end_code = end_ok;  // not end_ok when refused
+    quint8 end_code = EndOk;   // not EndOk when refused
     const char* reason = "";   // of Unreadable and Refused, for the log
     bool bad_checksum = false; // the reason in particular
 };
@@ -62,7 +62,7 @@ ParsedRequest parseRequest(const QByteArray& frame);
 struct Reply {
     quint8 station = 0;
     quint8 subaddress = 0;
-    quint8 end_code = end_ok;
+    quint8 end_code = EndOk;
     std::vector<quint32> data; // one double word per address of a read
 };
 

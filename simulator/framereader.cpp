@@ -8,23 +8,23 @@ namespace simulator {
 
 namespace {
 
-constexpr char stx = 0x02;
-constexpr char lf = 0x0A;
+constexpr char Stx = 0x02;
+constexpr char Lf = 0x0A;
 
 // Twice the longest good request: refusing one that is too long takes its end.
-constexpr int longest_frame = 2 * longest_request;
+constexpr int LongestFrame = 2 * LongestRequest;
 
 } // namespace
 
 std::optional<QByteArray> FrameReader::take(char byte) {
-    if (byte == stx || m_frame.size() == longest_frame)
+    if (byte == Stx || m_frame.size() == LongestFrame)
         drop();
-    if (m_frame.isEmpty() && byte != stx) {
+    if (m_frame.isEmpty() && byte != Stx) {
         ++m_dropped;
         return std::nullopt;
     }
     m_frame += byte;
-    if (byte != lf)
+    if (byte != Lf)
         return std::nullopt;
     return std::exchange(m_frame, QByteArray());
 }

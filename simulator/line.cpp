@@ -10,10 +10,10 @@ namespace simulator {
 namespace {
 
 // How long the thread waits for bytes before it looks whether to stop.
-constexpr int read_timeout_ms = 20;
+constexpr int ReadTimeoutMsecs = 20;
 
 // How often a port that went away by itself is tried again.
-constexpr qint64 reopen_interval = 500000000; // ns
+constexpr qint64 ReopenInterval = 500000000; // ns
 
 StationMap makeStations(const std::set<quint8>& ids) {
     StationMap stations;
@@ -79,7 +79,7 @@ void Line::run() {
             reopen();
             continue;
         }
-        const QByteArray bytes = m_port->read(read_timeout_ms);
+        const QByteArray bytes = m_port->read(ReadTimeoutMsecs);
         if (!bytes.isEmpty())
             m_session.receive(bytes);
     }
@@ -95,7 +95,7 @@ void Line::reopen() {
         m_log(m_port->path() + QLatin1String(": open again"));
     m_reopen_error = error;
     if (!error.isEmpty())
-        m_session.waitUntil(m_clock.now() + reopen_interval);
+        m_session.waitUntil(m_clock.now() + ReopenInterval);
 }
 
 void Line::publishPath() {

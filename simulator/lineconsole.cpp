@@ -11,13 +11,13 @@ namespace simulator {
 
 namespace {
 
-constexpr quint32 longest_dump = 1000;
+constexpr quint32 LongestDump = 1000;
 
-const char help_text[] = "station STATION ok|silent|FAULT\n"
-                         "dump STATION ADDRESS COUNT\n"
-                         "set STATION ADDRESS VALUE\n"
-                         "counters\n"
-                         "quit";
+const char HelpText[] = "station STATION ok|silent|FAULT\n"
+                        "dump STATION ADDRESS COUNT\n"
+                        "set STATION ADDRESS VALUE\n"
+                        "counters\n"
+                        "quit";
 
 /** The station that @p text names, or null. */
 Station* findStation(const Line& line, const QString& text) {
@@ -52,7 +52,7 @@ QString LineConsole::execute(const QString& command) {
         return counters();
     if (verb == QLatin1String("quit"))
         return quit();
-    const QString help = QString::fromLatin1(help_text);
+    const QString help = QString::fromLatin1(HelpText);
     return verb == QLatin1String("help")
                ? help
                : QString::fromLatin1("error: unknown command \"%1\"; the commands are:\n%2")
@@ -81,7 +81,7 @@ QString LineConsole::station(const QStringList& words) {
 QString LineConsole::dump(const QStringList& words) {
     const std::optional<quint32> address = parseNumber(words.value(2));
     const std::optional<quint32> count = parseNumber(words.value(3));
-    if (words.size() != 4 || !address || !count || *count < 1 || *count > longest_dump)
+    if (words.size() != 4 || !address || !count || *count < 1 || *count > LongestDump)
         return usage("dump STATION ADDRESS COUNT, COUNT from 1 to 1000");
     const Station* const target = findStation(m_line, words.at(1));
     if (!target)

@@ -10,8 +10,8 @@ namespace simulator {
 
 namespace {
 
-constexpr qint64 millisecond = 1000000; // of the clock
-constexpr qint64 longest_sleep = 50 * millisecond;
+constexpr qint64 Millisecond = 1000000; // of the clock
+constexpr qint64 LongestSleep = 50 * Millisecond;
 
 QString requestText(const Request& request) {
     return QString::fromLatin1("station %1: %2 %3 from %4")
@@ -61,12 +61,12 @@ LineCounters LineSession::counters() const {
 }
 
 qint64 LineSession::elapsed() const {
-    return (m_parts.clock.now() - m_start) / millisecond;
+    return (m_parts.clock.now() - m_start) / Millisecond;
 }
 
 bool LineSession::waitUntil(qint64 time) {
     for (qint64 now = m_parts.clock.now(); now < time && !m_stop; now = m_parts.clock.now())
-        m_parts.clock.sleepUntil(std::min(time, now + longest_sleep));
+        m_parts.clock.sleepUntil(std::min(time, now + LongestSleep));
     return !m_stop;
 }
 
@@ -109,7 +109,7 @@ Transmission LineSession::carryOut(const QByteArray& frame, const ParsedRequest&
                                    const std::optional<Fault>& fault, Station& station) {
     const Request& request = parsed.request;
     if (fault && preventsAnswer(fault->kind))
-        return faultyTransmission(*fault, frame, {request.station, request.subaddress, end_ok, {}});
+        return faultyTransmission(*fault, frame, {request.station, request.subaddress, EndOk, {}});
     const Reply reply = station.answer(request, elapsed());
     return fault ? faultyTransmission(*fault, frame, reply) : plainTransmission(reply);
 }
@@ -120,9 +120,9 @@ void LineSession::transmit(const Transmission& transmission) {
         count(&LineCounters::replies);
     send(transmission.echo);
     if (!transmission.pieces.empty())
-        m_wire_free += qint64(m_parts.timing.turnaround_ms * double(millisecond));
+        m_wire_free += qint64(m_parts.timing.turnaround_ms * double(Millisecond));
     for (const Transmission::Piece& piece : transmission.pieces) {
-        m_wire_free += piece.pause_ms * millisecond;
+        m_wire_free += piece.pause_ms * Millisecond;
         sendPaced(piece.bytes);
     }
     if (!m_sent.isEmpty())
@@ -154,7 +154,7 @@ void LineSession::send(const QByteArray& bytes) {
 
 void LineSession::closeLine(int closed_ms) {
     m_parts.port.close();
-    m_wire_free = m_parts.clock.now() + closed_ms * millisecond;
+    m_wire_free = m_parts.clock.now() + closed_ms * Millisecond;
     waitUntil(m_wire_free);
 }
 

@@ -13,16 +13,16 @@ struct LineTiming {
     double turnaround_ms = 0; // from the end of a request to the start of its reply
 
     /** Start bit, 8 data bits, parity bit, stop bit. */
-    static constexpr int bits_per_character = 11;
+    static constexpr int BitsPerCharacter = 11;
 
     /** Nanoseconds that @p characters occupy the line, exact over any number. */
     qint64 wireTime(qint64 characters) const {
-        return baud > 0 ? characters * bits_per_character * 1000000000 / baud : 0;
+        return baud > 0 ? characters * BitsPerCharacter * 1000000000 / baud : 0;
     }
 
     /** Characters that are handed over in one go: a millisecond of the line, so
      *  that the receiver sees them arrive evenly at little cost. */
-    int chunk() const { return std::max(1, baud / (bits_per_character * 1000)); }
+    int chunk() const { return std::max(1, baud / (BitsPerCharacter * 1000)); }
 };
 
 } // namespace simulator

@@ -8,7 +8,7 @@ namespace simulator {
 
 namespace {
 
-constexpr double counter_period_seconds = 1;
+constexpr double CounterPeriodSeconds = 1;
 
 double* settingOf(MovingValue& value, const QString& key) {
     const bool counts = value.shape == MovingValue::Shape::Counter;
@@ -47,7 +47,7 @@ Result<MovingSpec> parseMovingSpec(MovingValue::Shape shape, const QString& text
     MovingSpec result;
     result.value.shape = shape;
     if (shape == MovingValue::Shape::Counter)
-        result.value.period_seconds = counter_period_seconds;
+        result.value.period_seconds = CounterPeriodSeconds;
     const std::optional<StationAddress> address = parseStationAddress(specHead(text));
     if (!address)
         return Failure(QString::fromLatin1("\"%1\" is no address; it must be like 0x100, or "

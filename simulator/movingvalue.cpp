@@ -6,7 +6,7 @@ namespace simulator {
 
 namespace {
 
-constexpr double full_turn = 6.283185307179586;
+constexpr double FullTurn = 6.283185307179586;
 
 } // namespace
 
@@ -17,7 +17,7 @@ quint32 MovingValue::at(qint64 milliseconds) const {
     if (shape == Shape::Ramp)
         value = from + (to - from) * phase;
     else if (shape == Shape::Sine)
-        value = (from + to) / 2 + (to - from) / 2 * std::sin(full_turn * phase);
+        value = (from + to) / 2 + (to - from) / 2 * std::sin(FullTurn * phase);
     // Through 64 bits, modulo 2^32: a counter runs over as a controller's would.
     return quint32(quint64(std::llround(std::fmod(value, 4294967296.0))));
 }

@@ -18,7 +18,7 @@ namespace simulator {
 namespace {
 
 // How often a line without a client looks for one.
-constexpr int client_check_ms = 2;
+constexpr int ClientCheckMsecs = 2;
 
 /** Makes the client's end what a new adapter is: no echo, no line editing, not
  *  reserved by anyone, nothing received. What a new client may already have
@@ -121,7 +121,7 @@ void PtyPort::waitForClient() {
             return;
         }
     }
-    waitForInput(-1, client_check_ms);
+    waitForInput(-1, ClientCheckMsecs);
 }
 
 void PtyPort::noteClient(bool present) {

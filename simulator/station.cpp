@@ -11,19 +11,19 @@ namespace simulator {
 namespace {
 
 // What a panel writes to make a station answer fast, and what it then expects.
-constexpr std::array<std::pair<quint32, quint32>, 4> low_latency_settings = {{
+constexpr std::array<std::pair<quint32, quint32>, 4> LowLatencySettings = {{
     {0x2012, 1},
     {0x2013, 5},
     {0x2014, 200},
     {0x2015, 5},
 }};
-constexpr quint32 low_latency_ready = 200;
+constexpr quint32 LowLatencyReady = 200;
 
 } // namespace
 
 Station::Station(quint8 id) : m_id(id) {
-    for (int number = 1; number <= program_count; ++number) {
-        quint32 address = program_base + program_spacing * quint32(number - 1);
+    for (int number = 1; number <= ProgramCount; ++number) {
+        quint32 address = ProgramBase + ProgramSpacing * quint32(number - 1);
         for (quint32 value : factoryProgram(number))
             m_memory[address++] = value;
     }
@@ -68,11 +68,11 @@ std::map<quint32, quint32> Station::snapshot(qint64 now) const {
 }
 
 quint32 Station::readLocked(quint32 address, qint64 now) const {
-    if (address == low_latency_check_address) {
+    if (address == LowLatencyCheckAddress) {
         const bool ready = std::all_of(
-            low_latency_settings.begin(), low_latency_settings.end(),
+            LowLatencySettings.begin(), LowLatencySettings.end(),
             [&](const auto& item) { return readLocked(item.first, now) == item.second; });
-        return ready ? low_latency_ready : 0;
+        return ready ? LowLatencyReady : 0;
     }
     const auto moving = m_moving.find(address);
     if (moving != m_moving.end())
@@ -82,7 +82,7 @@ quint32 Station::readLocked(quint32 address, qint64 now) const {
 }
 
 void Station::writeLocked(quint32 address, quint32 value) {
-    if (address == low_latency_check_address)
+    if (address == LowLatencyCheckAddress)
         return;
     m_moving.erase(address);
     m_memory[address] = value;

@@ -11,7 +11,7 @@ namespace simulator {
 
 /** Reads 200 while the four low-latency settings stand, else 0; writing to it
  *  changes nothing. */
-constexpr quint32 low_latency_check_address = 0x2016;
+constexpr quint32 LowLatencyCheckAddress = 0x2016;
 
 /** One simulated controller: its memory of double words and its answers. A new
  *  one holds the factory's furnace programs; addresses never written read 0.

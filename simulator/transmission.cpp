@@ -4,12 +4,12 @@ namespace simulator {
 
 namespace {
 
-constexpr int checksum_from_end = 4; // two digits, CR LF
+constexpr int ChecksumFromEnd = 4; // two digits, CR LF
 
 QByteArray withBadChecksum(QByteArray frame) {
-    const QByteArray digits = frame.mid(frame.size() - checksum_from_end, 2);
+    const QByteArray digits = frame.mid(frame.size() - ChecksumFromEnd, 2);
     const int wrong = (digits.toInt(nullptr, 16) + 1) & 0xFF;
-    return frame.replace(frame.size() - checksum_from_end, 2,
+    return frame.replace(frame.size() - ChecksumFromEnd, 2,
                          QByteArray(1, char(wrong)).toHex().toUpper());
 }
 
@@ -43,7 +43,7 @@ std::vector<Transmission::Piece> faultyPieces(const Fault& fault, const Reply& r
     case Fault::Kind::WrongStation:
         return {{0, packReply(fromWrongStation(reply, fault.value))}};
     case Fault::Kind::EndCode:
-        return {{0, packReply(refusal(reply, fault.value.value_or(end_unknown_command)))}};
+        return {{0, packReply(refusal(reply, fault.value.value_or(EndUnknownCommand)))}};
     case Fault::Kind::Truncate:
         return {{0, frame.left(fault.at)}};
     case Fault::Kind::NoiseBefore:

@@ -8,13 +8,13 @@ namespace trace {
 
 namespace {
 
-constexpr char stx = 0x02;
-constexpr char etx = 0x03;
-constexpr int header_length = 5;   // STX, station, sub-address
-constexpr int trailer_length = 5;  // ETX, checksum, CR LF
-constexpr int address_length = 8;  // a double word or its address, as digits
-constexpr int end_code_length = 3; // device character, end code
-constexpr int shortest_frame = header_length + end_code_length + trailer_length;
+constexpr char Stx = 0x02;
+constexpr char Etx = 0x03;
+constexpr int HeaderLength = 5;  // STX, station, sub-address
+constexpr int TrailerLength = 5; // ETX, checksum, CR LF
+constexpr int AddressLength = 8; // a double word or its address, as digits
+constexpr int EndCodeLength = 3; // device character, end code
+constexpr int ShortestFrame = HeaderLength + EndCodeLength + TrailerLength;
 
 struct CommandShape {
     const char* text;
@@ -24,15 +24,15 @@ struct CommandShape {
     int fixed_length; // characters between the command text and the items
 };
 
-constexpr CommandShape command_shapes[] = {
+constexpr CommandShape CommandShapes[] = {
     {"XRN00LL", "RN", DecodedFrame::Kind::ReadList, 8, 0},
     {"XWGLL", "WG", DecodedFrame::Kind::WriteGroup, 8, 8},
     {"XWN00LL", "WN", DecodedFrame::Kind::WriteList, 16, 0},
 };
 
 bool hasFrameEnds(const QByteArray& bytes) {
-    return bytes.size() >= shortest_frame && bytes.at(0) == stx && bytes.endsWith("\r\n") &&
-           bytes.at(bytes.size() - trailer_length) == etx;
+    return bytes.size() >= ShortestFrame && bytes.at(0) == Stx && bytes.endsWith("\r\n") &&
+           bytes.at(bytes.size() - TrailerLength) == Etx;
 }
 
 void countItems(DecodedFrame& frame, int characters, int item_length) {
@@ -41,12 +41,12 @@ void countItems(DecodedFrame& frame, int characters, int item_length) {
 }
 
 DecodedFrame decodeRequest(DecodedFrame frame, const QByteArray& text) {
-    for (const CommandShape& shape : command_shapes) {
+    for (const CommandShape& shape : CommandShapes) {
         if (!text.startsWith(shape.text))
             continue;
         const QByteArray body = text.mid(int(qstrlen(shape.text)));
         frame.kind = shape.kind;
-        frame.first_address = body.left(address_length);
+        frame.first_address = body.left(AddressLength);
         countItems(frame, body.size() - shape.fixed_length, shape.item_length);
         return frame;
     }
@@ -56,12 +56,12 @@ DecodedFrame decodeRequest(DecodedFrame frame, const QByteArray& text) {
 DecodedFrame decodeReply(DecodedFrame frame, const QByteArray& text) {
     frame.kind = DecodedFrame::Kind::Reply;
     frame.end_code = text.mid(1, 2);
-    countItems(frame, text.size() - end_code_length, address_length);
+    countItems(frame, text.size() - EndCodeLength, AddressLength);
     return frame;
 }
 
 QByteArray kindName(DecodedFrame::Kind kind) {
-    for (const CommandShape& shape : command_shapes) {
+    for (const CommandShape& shape : CommandShapes) {
         if (shape.kind == kind)
             return shape.name;
     }
@@ -76,13 +76,13 @@ DecodedFrame decodeFrame(Direction direction, const QByteArray& bytes) {
     frame.station = bytes.mid(1, 2).toInt(&is_number, 16);
     if (!hasFrameEnds(bytes) || !is_number)
         return DecodedFrame();
-    const QByteArray text = bytes.mid(header_length, bytes.size() - header_length - trailer_length);
+    const QByteArray text = bytes.mid(HeaderLength, bytes.size() - HeaderLength - TrailerLength);
     return direction == Direction::Request ? decodeRequest(frame, text) : decodeReply(frame, text);
 }
 
 ChecksumVerdict judgeChecksum(const QByteArray& bytes) {
     ChecksumVerdict verdict;
-    if (bytes.size() < shortest_frame || !bytes.endsWith("\r\n"))
+    if (bytes.size() < ShortestFrame || !bytes.endsWith("\r\n"))
         return verdict;
     unsigned sum = 0;
     for (int i = 0; i < bytes.size() - 4; ++i)

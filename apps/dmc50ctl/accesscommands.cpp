@@ -11,8 +11,8 @@ using namespace host;
 
 namespace {
 
-const char HOME_AND_CLEAR[] = "\x1b[H\x1b[J"; // redraws without the flicker of a full clear
-const char CLEAR_SCREEN[] = "\x1b[2J";
+const char HomeAndClear[] = "\x1b[H\x1b[J"; // redraws without the flicker of a full clear
+const char ClearScreen[] = "\x1b[2J";
 
 void print(const QVector<ValueRow>& rows, const Options& options, bool with_age) {
     if (options.json)
@@ -64,7 +64,7 @@ int runRead(PanelSession& session, const Target& target, const Options& options)
     const QVector<ValueRow> rows = readRows(session, target.tags);
     print(rows, options, false);
     printErrors(rows);
-    return allOk(rows) ? EXIT_OK : EXIT_COMMUNICATION;
+    return allOk(rows) ? ExitOk : ExitCommunication;
 }
 
 Result<QVector<QByteArray>, QStringList> parseValues(const Target& target) {
@@ -91,14 +91,14 @@ int runWrite(PanelSession& session, const Target& target, const QVector<QByteArr
     }
     print(rows, options, false);
     printErrors(rows);
-    return allOk(rows) ? EXIT_OK : EXIT_COMMUNICATION;
+    return allOk(rows) ? ExitOk : ExitCommunication;
 }
 
 int runWatch(PanelSession& session, const Target& target, const Options& options,
              const std::atomic<bool>& interrupted) {
     const bool redraw = !options.json && isatty(STDOUT_FILENO) == 1;
     if (redraw)
-        fputs(CLEAR_SCREEN, stdout);
+        fputs(ClearScreen, stdout);
     session.poll(target.tags);
     bool ok = true;
     for (int round = 1; !interrupted; ++round) {
@@ -108,11 +108,11 @@ int runWatch(PanelSession& session, const Target& target, const Options& options
         addStationState(session, rows);
         ok = allOk(rows);
         if (redraw)
-            fputs(HOME_AND_CLEAR, stdout);
+            fputs(HomeAndClear, stdout);
         print(rows, options, true);
         if (round == options.rounds)
-            return ok ? EXIT_OK : EXIT_COMMUNICATION;
+            return ok ? ExitOk : ExitCommunication;
         session.observe(options.interval_ms);
     }
-    return EXIT_OK;
+    return ExitOk;
 }

@@ -19,7 +19,7 @@ using namespace host;
 
 namespace {
 
-constexpr int PATIENCE_MS = 700; // of a second; the rest is for the program's end
+constexpr int PatienceMsecs = 700; // of a second; the rest is for the program's end
 
 /** The session as both threads see it. */
 class Interruptible {
@@ -76,7 +76,7 @@ public:
         : m_target(target), m_options(options), m_plugin(plugin) {}
 
     /** Reads the values to write and opens the trace. After a message, the exit
-     *  status; else EXIT_OK. */
+     *  status; else ExitOk. */
     int prepare();
 
     int run(const std::function<void()>& clean_up);
@@ -94,7 +94,7 @@ private:
     QFile m_trace_file;
     std::unique_ptr<PanelOperator> m_panel; // of a transfer
     Interruptible m_shared;
-    int m_status = EXIT_COMMUNICATION; // the communication thread's until it has ended
+    int m_status = ExitCommunication; // the communication thread's until it has ended
 };
 
 int Communication::prepare() {
@@ -102,16 +102,16 @@ int Communication::prepare() {
     if (!values) {
         for (const QString& error : values.error())
             printError(error);
-        return EXIT_USAGE;
+        return ExitUsage;
     }
     m_values = *values;
     if (m_options.trace_file.isEmpty())
-        return EXIT_OK;
+        return ExitOk;
     m_trace_file.setFileName(m_options.trace_file);
     if (m_trace_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return EXIT_OK;
+        return ExitOk;
     printError(QString::fromLatin1("%1: %2").arg(m_options.trace_file, m_trace_file.errorString()));
-    return EXIT_COMMUNICATION;
+    return ExitCommunication;
 }
 
 /** Here, since the command may have to be left behind without a word. */
@@ -125,7 +125,7 @@ void Communication::tellInterruption() const {
 int Communication::exitStatus(int status) const {
     if (!m_shared.interrupted())
         return status;
-    return m_options.command == Options::Command::Watch ? EXIT_OK : EXIT_INTERRUPTED;
+    return m_options.command == Options::Command::Watch ? ExitOk : ExitInterrupted;
 }
 
 int Communication::runCommand(PanelSession& session) {
@@ -175,10 +175,10 @@ int Communication::run(const std::function<void()>& clean_up) {
         notifier.setEnabled(false);
         m_shared.interrupt();
         tellInterruption();
-        QTimer::singleShot(PATIENCE_MS, qApp, [&] {
+        QTimer::singleShot(PatienceMsecs, qApp, [&] {
             clean_up();
             std::fflush(stdout);
-            std::_Exit(exitStatus(EXIT_INTERRUPTED));
+            std::_Exit(exitStatus(ExitInterrupted));
         });
     });
     const std::unique_ptr<QThread> communication(QThread::create([&] { work(setup); }));
@@ -195,5 +195,5 @@ int communicate(const Target& target, const Options& options, DriverPlugin& plug
                 const std::function<void()>& clean_up) {
     Communication communication(target, options, plugin);
     const int status = communication.prepare();
-    return status == EXIT_OK ? communication.run(clean_up) : status;
+    return status == ExitOk ? communication.run(clean_up) : status;
 }

@@ -82,5 +82,5 @@ int runInfo(DriverPlugin& plugin, const Project* project, const Options& options
         printLine(QString::fromStdString(info.dump(2)));
     else
         printSections(info);
-    return EXIT_OK;
+    return ExitOk;
 }

@@ -34,24 +34,24 @@ int runProjectBuild(const Options& options) {
         // As compilers do, without the program's name, for editors to jump to.
         for (const QString& error : built.error())
             std::fprintf(stderr, "%s\n", error.toUtf8().constData());
-        return EXIT_COMMUNICATION;
+        return ExitCommunication;
     }
     printLine(target);
-    return EXIT_OK;
+    return ExitOk;
 }
 
 int runProjectNew(const Options& options) {
     if (const Result<void> written = writeSampleProject(options.directory); !written)
-        return fail({written.error()}, EXIT_COMMUNICATION);
-    printLine(QDir(options.directory).filePath(QLatin1String(PROJECT_FILE)));
-    return EXIT_OK;
+        return fail({written.error()}, ExitCommunication);
+    printLine(QDir(options.directory).filePath(QLatin1String(ProjectFile)));
+    return ExitOk;
 }
 
 int runAccess(const Options& options, const Target& target, DriverPlugin& plugin) {
     QTemporaryDir scratch;
     const Result<QString> panel = preparePanelDirectory(options, target.project, scratch.path());
     if (!panel)
-        return fail({panel.error()}, EXIT_COMMUNICATION);
+        return fail({panel.error()}, ExitCommunication);
     setPanelDirectory(*panel);
     return communicate(target, options, plugin, [&] { scratch.remove(); });
 }
@@ -68,7 +68,7 @@ int runWithDriver(const Options& options, const QString& place,
                   const std::optional<Target>& target) {
     const Result<std::unique_ptr<DriverPlugin>> plugin = loadDriver(options, place);
     if (!plugin)
-        return fail({plugin.error()}, EXIT_COMMUNICATION);
+        return fail({plugin.error()}, ExitCommunication);
     if (options.command == Options::Command::Info)
         return runInfo(**plugin, target ? &target->project : nullptr, options);
     return runAccess(options, *target, **plugin);
@@ -118,7 +118,7 @@ int main(int argc, char** argv) {
     const QString place = programDirectory();
     if (!options.recipe.stick.isEmpty()) {
         if (const Result<void> mounted = mountPrivateStick(options.recipe.stick); !mounted)
-            return fail({mounted.error()}, EXIT_COMMUNICATION);
+            return fail({mounted.error()}, ExitCommunication);
     }
     const std::unique_ptr<QCoreApplication> application =
         makeApplication(argc, argv, options, target);

@@ -13,11 +13,11 @@ using namespace host;
 
 namespace {
 
-const char DESCRIPTION[] =
+const char Description[] =
     "Reads and writes the values of DMC50 controllers through the panel's driver:\n"
     "the tags of a panel project, or plain addresses on a port.";
 
-const char FOOTER[] =
+const char Footer[] =
     "\nAddresses: PA0011000, NA2016, NA2016.4 (bit 4), 2-NA2016 (station 2); with :TYPE and\n"
     ":COUNT behind where it is not one dword: PA0011000:int16, NA1000:dword:24.\n"
     "\nExamples:\n"
@@ -192,7 +192,7 @@ void checkUsage(const Options& options) {
 }
 
 int exitStatus(const CLI::App& app, const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? EXIT_OK : EXIT_USAGE;
+    return app.exit(error) == 0 ? ExitOk : ExitUsage;
 }
 
 /** A misspelt command is left over as an argument while the command is missing. */
@@ -213,8 +213,8 @@ bool unknownCommand(const CLI::App& app) {
 } // namespace
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
-    CLI::App app{DESCRIPTION, "dmc50ctl"};
-    app.footer(FOOTER);
+    CLI::App app{Description, "dmc50ctl"};
+    app.footer(Footer);
     app.require_subcommand(1);
     RawOptions raw;
     addTargetOptions(app, raw);
@@ -229,7 +229,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
         checkUsage(options);
         return {options, std::nullopt};
     } catch (const CLI::RequiredError& error) {
-        return {{}, unknownCommand(app) ? EXIT_USAGE : exitStatus(app, error)};
+        return {{}, unknownCommand(app) ? ExitUsage : exitStatus(app, error)};
     } catch (const CLI::ParseError& error) {
         return {{}, exitStatus(app, error)};
     }

@@ -10,10 +10,10 @@
 #include <optional>
 
 enum ExitStatus {
-    EXIT_OK = 0,
-    EXIT_COMMUNICATION = 1, // or anything else that went wrong outside the command line
-    EXIT_USAGE = 2,
-    EXIT_INTERRUPTED = 130 // as shells have it: 128 and SIGINT
+    ExitOk = 0,
+    ExitCommunication = 1, // or anything else that went wrong outside the command line
+    ExitUsage = 2,
+    ExitInterrupted = 130 // as shells have it: 128 and SIGINT
 };
 
 /** What the command line asks for. */

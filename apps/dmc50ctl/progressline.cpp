@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr int BAR_WIDTH = 40;  // characters
-constexpr int PLAIN_STEP = 25; // percent from one line to the next
-const char WIPE_LINE[] = "\r\x1b[K";
+constexpr int BarWidth = 40;  // characters
+constexpr int PlainStep = 25; // percent from one line to the next
+const char WipeLine[] = "\r\x1b[K";
 
 } // namespace
 
@@ -18,7 +18,7 @@ ProgressLine::ProgressLine(bool silent)
 
 void ProgressLine::clear() {
     if (m_terminal && m_shown >= 0) {
-        std::fputs(WIPE_LINE, stdout);
+        std::fputs(WipeLine, stdout);
         std::fflush(stdout);
     }
     m_shown = -1;
@@ -31,14 +31,14 @@ void ProgressLine::show(const QString& text, int percent) {
         clear();
     m_text = text;
     if (m_terminal) {
-        const QString bar = QString(BAR_WIDTH * percent / 100, QLatin1Char('#'));
+        const QString bar = QString(BarWidth * percent / 100, QLatin1Char('#'));
         const QString line = QString::fromLatin1("%1 [%2] %3 %")
-                                 .arg(text, bar.leftJustified(BAR_WIDTH))
+                                 .arg(text, bar.leftJustified(BarWidth))
                                  .arg(percent, 3);
         std::printf("\r%s", line.toUtf8().constData());
         std::fflush(stdout);
         m_shown = percent;
-    } else if (m_shown < 0 || percent / PLAIN_STEP > m_shown / PLAIN_STEP) {
+    } else if (m_shown < 0 || percent / PlainStep > m_shown / PlainStep) {
         printLine(QString::fromLatin1("%1: %2 %").arg(text).arg(percent));
         m_shown = percent;
     }

@@ -91,7 +91,7 @@ Result<RecipeOrder> recipeOrder(const Project& project, const Options& options) 
     return Failure(QString::fromLatin1("program %1: the project's tags do not have all %2 double "
                                        "words; the driver would take the others for 0")
                        .arg(numberRanges(order.slots_known.partial))
-                       .arg(RECIPE_COLUMNS));
+                       .arg(RecipeColumns));
 }
 
 int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
@@ -104,8 +104,8 @@ int runRecipe(PanelSession& session, const Target& target, PanelOperator& panel,
     const RecipeReport report = run(job, options.command);
     progress.clear();
     if (interrupted)
-        return EXIT_INTERRUPTED; // which has been told
+        return ExitInterrupted; // which has been told
     print(report, options);
     job.settle();
-    return report.ok() ? EXIT_OK : EXIT_COMMUNICATION;
+    return report.ok() ? ExitOk : ExitCommunication;
 }

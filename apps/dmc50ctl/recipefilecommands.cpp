@@ -21,8 +21,8 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-constexpr qint64 LARGEST_FILE = 1 << 20; // bytes; a full file has some 10,000
-constexpr int DEFAULT_COLUMNS = 80;
+constexpr qint64 LargestFile = 1 << 20; // bytes; a full file has some 10,000
+constexpr int DefaultColumns = 80;
 
 /** @p count as in checkRecipe(). */
 Result<RecipeCheck> checkFile(const RecipeFileOptions& options, std::optional<int> count) {
@@ -31,8 +31,8 @@ Result<RecipeCheck> checkFile(const RecipeFileOptions& options, std::optional<in
         return Failure(QString::fromLatin1("%1: %2").arg(options.file, file.errorString()));
     if (file.isSequential()) // what has come of it by now may not be all
         return Failure(QString::fromLatin1("%1: not a regular file").arg(options.file));
-    const QByteArray content = file.read(LARGEST_FILE + 1);
-    if (content.size() > LARGEST_FILE)
+    const QByteArray content = file.read(LargestFile + 1);
+    if (content.size() > LargestFile)
         return Failure(QString::fromLatin1("%1: too large for a program file").arg(options.file));
     return checkRecipe(content, count);
 }
@@ -110,12 +110,12 @@ json segmentJson(const RecipeSegment& segment) {
             {"start_s", segment.start_s},
             {"end_s", segment.end_s},
             {"from", segment.from},
-            {"temperature", program.value(RECIPE_TEMPERATURE)},
-            {"soak_plus", program.value(RECIPE_SOAK_PLUS)},
-            {"soak_minus", program.value(RECIPE_SOAK_MINUS)},
-            {"pid_group", program.value(RECIPE_PID_GROUP)},
-            {"events", switchesJson(program, RECIPE_FIRST_EVENT, RECIPE_EVENTS)},
-            {"inputs", switchesJson(program, RECIPE_FIRST_INPUT, RECIPE_INPUTS)}};
+            {"temperature", program.value(RecipeTemperature)},
+            {"soak_plus", program.value(RecipeSoakPlus)},
+            {"soak_minus", program.value(RecipeSoakMinus)},
+            {"pid_group", program.value(RecipePidGroup)},
+            {"events", switchesJson(program, RecipeFirstEvent, RecipeEvents)},
+            {"inputs", switchesJson(program, RecipeFirstInput, RecipeInputs)}};
 }
 
 json profileJson(const QString& file, const RecipeProfile& profile) {
@@ -132,7 +132,7 @@ int terminalColumns() {
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
     const int columns = qEnvironmentVariableIntValue("COLUMNS");
-    return columns > 0 ? columns : DEFAULT_COLUMNS;
+    return columns > 0 ? columns : DefaultColumns;
 }
 
 QString trackText(const RecipeTrack& track) {
@@ -173,7 +173,7 @@ Result<void> drawPicture(const RecipeFileOptions& options, const RecipeProfile& 
 
 int fail(const QString& error) {
     printError(error);
-    return EXIT_COMMUNICATION;
+    return ExitCommunication;
 }
 
 } // namespace
@@ -190,7 +190,7 @@ int runRecipeCheck(const Options& options) {
             printLine(findingText(name, finding));
         printLine(summary(name, *check));
     }
-    return check->isGood() ? EXIT_OK : EXIT_COMMUNICATION;
+    return check->isGood() ? ExitOk : ExitCommunication;
 }
 
 int runRecipeShow(const Options& options) {
@@ -211,5 +211,5 @@ int runRecipeShow(const Options& options) {
         if (const Result<void> drawn = drawPicture(file_options, profile); !drawn)
             return fail(drawn.error());
     }
-    return check->count(RecipeSeverity::Refused) == 0 ? EXIT_OK : EXIT_COMMUNICATION;
+    return check->count(RecipeSeverity::Refused) == 0 ? ExitOk : ExitCommunication;
 }

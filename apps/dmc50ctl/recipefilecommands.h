@@ -6,12 +6,12 @@
 /** Commands on a program file; they talk to no controller. Each returns an exit
  *  status. */
 
-/** Lists everything that is wrong. EXIT_OK exactly when a controller would hold
+/** Lists everything that is wrong. ExitOk exactly when a controller would hold
  *  what the file says. */
 int runRecipeCheck(const Options& options);
 
 /** Prints the programs and the course of temperature, and draws a picture where
- *  one is asked for, which needs a QApplication. EXIT_OK unless the driver would
+ *  one is asked for, which needs a QApplication. ExitOk unless the driver would
  *  refuse the file, or the picture fails. */
 int runRecipeShow(const Options& options);
 

@@ -32,7 +32,7 @@ void addRecipeFileCommands(CLI::App& recipe, RawRecipeFileOptions& raw) {
                      "Programs that are to be transferred, all 32 by default: fewer in the "
                      "file are a finding")
         ->type_name("N")
-        ->check(CLI::Range(1, RECIPE_PROGRAMS).description(""));
+        ->check(CLI::Range(1, RecipePrograms).description(""));
 
     CLI::App* const show =
         recipe.add_subcommand("show", "Show a file's programs and the course of temperature");

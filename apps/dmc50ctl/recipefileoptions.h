@@ -14,15 +14,15 @@ class App;
 /** What the recipe commands that need no controller are asked for. */
 struct RecipeFileOptions {
     QString file;
-    int count = host::RECIPE_PROGRAMS; // that a file to be checked should have
-    QString picture;                   // file to draw into; empty: no picture
-    bool steps = false;                // set temperatures change at once
+    int count = host::RecipePrograms; // that a file to be checked should have
+    QString picture;                  // file to draw into; empty: no picture
+    bool steps = false;               // set temperatures change at once
     bool ascii = false;
 };
 
 /** The same as it is written on the command line. */
 struct RawRecipeFileOptions {
-    int count = host::RECIPE_PROGRAMS;
+    int count = host::RecipePrograms;
     std::string file, picture;
     bool steps = false;
     bool ascii = false;

@@ -8,9 +8,9 @@ using namespace host;
 
 namespace {
 
-constexpr int LARGEST_PROGRAM_ID = 99999;
+constexpr int LargestProgramId = 99999;
 
-const char FOOTER[] =
+const char Footer[] =
     "\nThe files are the driver's own: PROG_ID.txt, on a push also PROG_ID_anything.txt.\n"
     "docs/recipes.md tells how to edit them.\n"
     "\nExamples:\n"
@@ -21,7 +21,7 @@ const char FOOTER[] =
 void addCommonOptions(CLI::App& command, RawRecipeOptions& raw) {
     command.add_option("--count", raw.count, "Programs to transfer, from the first (default 32)")
         ->type_name("N")
-        ->check(CLI::Range(1, RECIPE_PROGRAMS).description(""));
+        ->check(CLI::Range(1, RecipePrograms).description(""));
     command
         .add_option("--stick", raw.stick,
                     "Use the folder DIR as the USB stick (default: the one that is mounted)")
@@ -32,7 +32,7 @@ void addCommonOptions(CLI::App& command, RawRecipeOptions& raw) {
 void addTransferOptions(CLI::App& command, RawRecipeOptions& raw) {
     command.add_option("id", raw.program_id, "Number of the file: 7 is PROG_7.txt")
         ->required()
-        ->check(CLI::Range(0, LARGEST_PROGRAM_ID).description(""));
+        ->check(CLI::Range(0, LargestProgramId).description(""));
     command.add_option("--link", raw.link, "Link of a project where several have programs")
         ->type_name("NAME");
 }
@@ -55,7 +55,7 @@ CLI::App* addRecipeCommands(CLI::App& app, RawRecipeOptions& raw) {
         app.add_subcommand("recipe", "Move programs between a controller and files");
     recipe->require_subcommand(1);
     recipe->fallthrough();
-    recipe->footer(FOOTER);
+    recipe->footer(Footer);
     CLI::App* const pull = recipe->add_subcommand("pull", "Controller to file");
     addTransferOptions(*pull, raw);
     addCommonOptions(*pull, raw);

@@ -20,7 +20,7 @@ tl::unexpected<TargetErrors> failed(const QStringList& errors, int exit_status) 
 }
 
 tl::unexpected<TargetErrors> usageError(const QString& text) {
-    return failed({text}, EXIT_USAGE);
+    return failed({text}, ExitUsage);
 }
 
 /** The command line's settings in place of a link's. */
@@ -153,15 +153,15 @@ QStringList chooseTags(Target& target, const QStringList& items) {
 TargetReading readPlainTarget(const Options& options, const QStringList& items) {
     const ProjectReading project = plainProject(options, items);
     if (!project)
-        return failed(project.error(), EXIT_USAGE);
+        return failed(project.error(), ExitUsage);
     return Target{*project, {}, {}, {}};
 }
 
 TargetReading readProjectTarget(const Options& options) {
-    const QString path = QDir(options.project_directory).filePath(QLatin1String(PROJECT_FILE));
+    const QString path = QDir(options.project_directory).filePath(QLatin1String(ProjectFile));
     const ProjectReading project = readProjectFile(path);
     if (!project)
-        return failed(project.error(), EXIT_COMMUNICATION);
+        return failed(project.error(), ExitCommunication);
     Target target;
     target.project = *project;
     if (!options.port.isEmpty() && target.project.links.size() > 1)
@@ -213,7 +213,7 @@ TargetReading readTarget(const Options& options) {
     target->values = values;
     const QStringList errors = chooseTags(*target, items);
     if (!errors.isEmpty())
-        return failed(errors, EXIT_USAGE);
+        return failed(errors, ExitUsage);
     if (!options.isTransfer())
         return target;
     const Result<RecipeOrder> order = recipeOrder(target->project, options);

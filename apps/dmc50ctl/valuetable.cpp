@@ -10,7 +10,7 @@ using namespace host;
 
 namespace {
 
-constexpr int COLUMN_GAP = 2;
+constexpr int ColumnGap = 2;
 
 QString ageText(qint64 msecs) {
     return msecs < 0 ? QStringLiteral("-")
@@ -72,7 +72,7 @@ QString alignedColumns(const QVector<QStringList>& rows) {
         for (int i = 0; i < row.size(); ++i) {
             // A column without a text in it takes no room.
             if (widths[i] > 0)
-                line += row[i].leftJustified(widths[i] + COLUMN_GAP);
+                line += row[i].leftJustified(widths[i] + ColumnGap);
         }
         lines.append(line.trimmed());
     }

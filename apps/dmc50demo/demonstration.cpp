@@ -20,18 +20,18 @@ using namespace host;
 
 namespace {
 
-constexpr int REDRAW_MS = 200;
-constexpr int SHORT_LOOK_MS = 2500; // for the viewer, after something has changed
-constexpr int LONG_LOOK_MS = 5000;
-constexpr int PATIENCE_MS = 20000; // for something that takes a few seconds
+constexpr int RedrawMsecs = 200;
+constexpr int ShortLookMsecs = 2500; // for the viewer, after something has changed
+constexpr int LongLookMsecs = 5000;
+constexpr int PatienceMsecs = 20000; // for something that takes a few seconds
 
 /** A demo's controllers answer within milliseconds; the sample project's patience
  *  is meant for real lines. */
-constexpr int TIMEOUT_MS = 500;
+constexpr int TimeoutMsecs = 500;
 
-const char WRITTEN_TAG[] = "Zone 1 set point";
-constexpr quint32 WRITTEN_VALUE = 875;
-constexpr quint8 SILENT_STATION = 2;
+const char WrittenTag[] = "Zone 1 set point";
+constexpr quint32 WrittenValue = 875;
+constexpr quint8 SilentStation = 2;
 
 QString quoted(const QString& text) {
     return QLatin1Char('"') + text + QLatin1Char('"');
@@ -79,7 +79,7 @@ Demonstration::Outcome Demonstration::compile(const QString& project_directory,
     const QDir panel(panel_directory);
     const ProjectReading project =
         buildPanelDirectory(project_directory, panel_directory).and_then([&panel] {
-            return readProjectFile(panel.filePath(QLatin1String(PROJECT_FILE)));
+            return readProjectFile(panel.filePath(QLatin1String(ProjectFile)));
         });
     if (!project)
         return Failure(project.error().join(QLatin1Char('\n')));
@@ -104,12 +104,12 @@ Demonstration::Outcome Demonstration::startLine() {
         return started;
     for (LinkDefinition& link : m_project.links) {
         link.port = m_line->devicePath();
-        link.timeout_ms = TIMEOUT_MS;
+        link.timeout_ms = TimeoutMsecs;
         link.retries = 1;
     }
     m_screen.done(QString::fromLatin1("DMC50 stations 1 and 2 on the pty %1, %2 baud")
                       .arg(m_line->devicePath())
-                      .arg(FURNACE_BAUD));
+                      .arg(FurnaceBaud));
     return {};
 }
 
@@ -145,7 +145,7 @@ Demonstration::Outcome Demonstration::openSession() {
 void Demonstration::look() {
     m_rows = readRows(*m_session, m_tags, m_rows);
     m_screen.refresh(m_rows);
-    m_session->observe(REDRAW_MS);
+    m_session->observe(RedrawMsecs);
 }
 
 void Demonstration::letViewerLook(int msecs) {
@@ -193,8 +193,8 @@ Demonstration::Outcome Demonstration::showValues() {
     const LineStatistics before = m_session->statistics();
     QElapsedTimer timer;
     timer.start();
-    letViewerLook(LONG_LOOK_MS);
-    if (!lookUntil(PATIENCE_MS, [&] { return valuesUnlike(first) > 0; }))
+    letViewerLook(LongLookMsecs);
+    if (!lookUntil(PatienceMsecs, [&] { return valuesUnlike(first) > 0; }))
         return Failure(QStringLiteral("No value has changed, though the furnace is running"));
     m_calm_msecs = timer.elapsed();
     m_calm = difference(m_session->statistics(), before);
@@ -211,20 +211,20 @@ Demonstration::Outcome Demonstration::showValues() {
 }
 
 Demonstration::Outcome Demonstration::writeValue() {
-    const TagDefinition* const tag = m_project.tag(QLatin1String(WRITTEN_TAG));
+    const TagDefinition* const tag = m_project.tag(QLatin1String(WrittenTag));
     const quint32 before = memory(*tag);
     m_screen.begin(
-        QString::fromLatin1("Writing %1 to %2").arg(WRITTEN_VALUE).arg(quoted(tag->name)));
-    const Result<QByteArray> bytes = parseValue(*tag, QString::number(WRITTEN_VALUE));
+        QString::fromLatin1("Writing %1 to %2").arg(WrittenValue).arg(quoted(tag->name)));
+    const Result<QByteArray> bytes = parseValue(*tag, QString::number(WrittenValue));
     if (!bytes)
         return Failure(bytes.error());
     const TagResult result = m_session->link(tag->link_id).write(*tag, *bytes);
     if (!result.ok())
         return Failure(result.error);
     const quint32 after = memory(*tag);
-    if (before == after || after != WRITTEN_VALUE)
+    if (before == after || after != WrittenValue)
         return Failure(QString::fromLatin1("The controller's memory shows %1").arg(after));
-    letViewerLook(SHORT_LOOK_MS);
+    letViewerLook(ShortLookMsecs);
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now")
                       .arg(tag->address.dword, 8, 16, QLatin1Char('0'))
@@ -235,32 +235,32 @@ Demonstration::Outcome Demonstration::writeValue() {
 }
 
 Demonstration::Outcome Demonstration::silenceStation() {
-    m_screen.begin(QString::fromLatin1("Station %1 falls silent").arg(SILENT_STATION));
-    m_line->setFault(SILENT_STATION, simulator::Fault());
+    m_screen.begin(QString::fromLatin1("Station %1 falls silent").arg(SilentStation));
+    m_line->setFault(SilentStation, simulator::Fault());
     const bool told =
-        lookUntil(PATIENCE_MS, [this] { return !stationError(SILENT_STATION).isEmpty(); });
+        lookUntil(PatienceMsecs, [this] { return !stationError(SilentStation).isEmpty(); });
     if (!told)
         return Failure(QStringLiteral("No error has shown up"));
-    const QString error = stationError(SILENT_STATION);
+    const QString error = stationError(SilentStation);
     if (!error.endsWith(QLatin1String("DMC50 no response")))
         return Failure(QStringLiteral("Another error has shown up: ") + error);
-    letViewerLook(SHORT_LOOK_MS);
+    letViewerLook(ShortLookMsecs);
     m_screen.keep(m_rows);
     m_screen.done(quoted(error));
     return {};
 }
 
 Demonstration::Outcome Demonstration::recoverStation() {
-    m_screen.begin(QString::fromLatin1("Station %1 answers again").arg(SILENT_STATION));
-    m_line->clearFault(SILENT_STATION);
+    m_screen.begin(QString::fromLatin1("Station %1 answers again").arg(SilentStation));
+    m_line->clearFault(SilentStation);
     QElapsedTimer timer;
     timer.start();
     const bool recovered =
-        lookUntil(PATIENCE_MS, [this] { return stationError(SILENT_STATION).isEmpty(); });
+        lookUntil(PatienceMsecs, [this] { return stationError(SilentStation).isEmpty(); });
     const qint64 msecs = timer.elapsed();
     if (!recovered)
-        return Failure(stationError(SILENT_STATION));
-    letViewerLook(SHORT_LOOK_MS);
+        return Failure(stationError(SilentStation));
+    letViewerLook(ShortLookMsecs);
     m_screen.keep(m_rows);
     m_screen.done(QString::fromLatin1("its values are fresh after %1 ms").arg(msecs));
     return {};

@@ -6,7 +6,7 @@ namespace {
 
 using simulator::MovingValue;
 
-constexpr double TURNAROUND_MS = 5; // of a controller
+constexpr double TurnaroundMsecs = 5; // of a controller
 
 struct FurnaceValue {
     const char* tag = nullptr;
@@ -25,7 +25,7 @@ constexpr MovingValue counting(double from, double period_seconds) {
     return {MovingValue::Shape::Counter, from, 0, 1, period_seconds};
 }
 
-constexpr FurnaceValue FURNACE[] = {
+constexpr FurnaceValue Furnace[] = {
     {"Zone 1 temperature", swinging(846, 854, 9)},
     {"Zone 1 set point", steady(850)},
     {"Zone 1 output", swinging(38, 47, 9)},
@@ -53,13 +53,13 @@ std::unique_ptr<simulator::Line> makeFurnaceLine(const Project& project) {
     settings.stations.clear();
     for (const NodeDefinition& node : project.nodes)
         settings.stations.insert(quint8(node.station));
-    settings.timing.baud = FURNACE_BAUD;
-    settings.timing.turnaround_ms = TURNAROUND_MS;
+    settings.timing.baud = FurnaceBaud;
+    settings.timing.turnaround_ms = TurnaroundMsecs;
     return std::make_unique<simulator::Line>(simulator::makePtyPort(), settings);
 }
 
 Result<void> runFurnace(simulator::Line& line, const Project& project) {
-    for (const FurnaceValue& entry : FURNACE) {
+    for (const FurnaceValue& entry : Furnace) {
         const TagDefinition* const tag = project.tag(QString::fromLatin1(entry.tag));
         if (!tag)
             return Failure(

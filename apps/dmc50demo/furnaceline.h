@@ -7,7 +7,7 @@
 #include <memory>
 
 /** Bits a second of the demo's line. */
-constexpr int FURNACE_BAUD = 38400;
+constexpr int FurnaceBaud = 38400;
 
 /** A line on a kernel pty, as slow as a real one, with a controller for each of the
  *  project's nodes. Not started. */

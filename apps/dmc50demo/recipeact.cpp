@@ -11,10 +11,10 @@ using namespace host;
 
 namespace {
 
-constexpr int PROGRAM_ID = 7;
-constexpr int EDITED_PROGRAM = 3;
-constexpr int EDITED_VALUE = 855; // degrees
-const char FILE_CODEC[] = "UTF-16LE";
+constexpr int ProgramId = 7;
+constexpr int EditedProgram = 3;
+constexpr int EditedValue = 855; // degrees
+const char FileCodec[] = "UTF-16LE";
 
 using Table = QVector<QStringList>; // of fields; the titles first
 
@@ -24,7 +24,7 @@ Table readTable(const QString& path) {
     if (!file.open(QIODevice::ReadOnly))
         return table;
     QTextStream stream(&file);
-    stream.setCodec(FILE_CODEC);
+    stream.setCodec(FileCodec);
     while (!stream.atEnd())
         table.append(stream.readLine().split(QLatin1Char('\t')));
     return table;
@@ -35,7 +35,7 @@ bool writeTable(const Table& table, const QString& path) {
     if (!file.open(QIODevice::WriteOnly))
         return false;
     QTextStream stream(&file);
-    stream.setCodec(FILE_CODEC);
+    stream.setCodec(FileCodec);
     stream.setGenerateByteOrderMark(true);
     for (const QStringList& row : table)
         stream << row.join(QLatin1Char('\t')) << '\n';
@@ -63,17 +63,17 @@ RecipeAct::RecipeAct(Screen& screen, PanelSession& session, const Project& proje
     , m_session(session)
     , m_line(line)
     , m_panel(panel)
-    , m_slots(recipeSlots(project, linksWithRecipes(project).value(0), RECIPE_PROGRAMS))
+    , m_slots(recipeSlots(project, linksWithRecipes(project).value(0), RecipePrograms))
     , m_stick(stick) {}
 
 QString RecipeAct::path() const {
-    return QDir(m_stick).filePath(QString::fromLatin1("PROG_%1.txt").arg(PROGRAM_ID));
+    return QDir(m_stick).filePath(QString::fromLatin1("PROG_%1.txt").arg(ProgramId));
 }
 
 RecipeReport RecipeAct::transfer(RecipeReport (RecipeJob::*what)(), int count) {
     RecipeOrder order;
     order.slots_known = m_slots;
-    order.program_id = PROGRAM_ID;
+    order.program_id = ProgramId;
     order.count = count;
     order.stick = m_stick;
     RecipeJob job(m_session.link(m_slots.link_id), m_panel, order,
@@ -84,18 +84,18 @@ RecipeReport RecipeAct::transfer(RecipeReport (RecipeJob::*what)(), int count) {
 RecipeAct::Memory RecipeAct::memory() const {
     const simulator::Station* const station = m_line.station(quint8(m_slots.station));
     Memory values;
-    for (int number = 1; number <= RECIPE_PROGRAMS; ++number) {
-        for (int i = 0; i < RECIPE_COLUMNS; ++i)
+    for (int number = 1; number <= RecipePrograms; ++number) {
+        for (int i = 0; i < RecipeColumns; ++i)
             values.append(station->read(recipeSlotAddress(number) + quint32(i), m_line.elapsed()));
     }
     return values;
 }
 
 Result<void> RecipeAct::pull() {
-    m_screen.begin(QString::fromLatin1("Pulling %1 programs to a USB stick").arg(RECIPE_PROGRAMS));
+    m_screen.begin(QString::fromLatin1("Pulling %1 programs to a USB stick").arg(RecipePrograms));
     QElapsedTimer timer;
     timer.start();
-    const RecipeReport report = transfer(&RecipeJob::pull, RECIPE_PROGRAMS);
+    const RecipeReport report = transfer(&RecipeJob::pull, RecipePrograms);
     if (!report.ok())
         return Failure(report.problems.join(QLatin1Char('\n')));
     if (valuesIn(path()) != memory())
@@ -109,29 +109,29 @@ Result<void> RecipeAct::pull() {
 
 Result<void> RecipeAct::pushEdited() {
     Table table = readTable(path());
-    QString& field = table[EDITED_PROGRAM][RECIPE_TEMPERATURE];
+    QString& field = table[EditedProgram][RecipeTemperature];
     m_screen.begin(QString::fromUtf8("Pushing them back, program %1 with %2 °C instead of %3")
-                       .arg(EDITED_PROGRAM)
-                       .arg(EDITED_VALUE)
+                       .arg(EditedProgram)
+                       .arg(EditedValue)
                        .arg(field));
-    field = QString::number(EDITED_VALUE);
+    field = QString::number(EditedValue);
     Memory expected = memory();
-    quint32& changed = expected[(EDITED_PROGRAM - 1) * RECIPE_COLUMNS + RECIPE_TEMPERATURE - 1];
+    quint32& changed = expected[(EditedProgram - 1) * RecipeColumns + RecipeTemperature - 1];
     const quint32 before = changed;
-    changed = EDITED_VALUE;
+    changed = EditedValue;
     if (!writeTable(table, path()))
         return Failure(QStringLiteral("The file cannot be edited"));
-    const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
+    const RecipeReport report = transfer(&RecipeJob::push, RecipePrograms);
     if (!report.ok())
         return Failure(report.problems.join(QLatin1Char('\n')));
     if (memory() != expected)
         return Failure(QStringLiteral("The controller's memory is not what the file says"));
     m_screen.done(QString::fromLatin1("double word %1 of station %2 was %3, is %4 now; the other "
                                       "%5 are as before")
-                      .arg(recipeSlotAddress(EDITED_PROGRAM), 8, 16, QLatin1Char('0'))
+                      .arg(recipeSlotAddress(EditedProgram), 8, 16, QLatin1Char('0'))
                       .arg(m_slots.station)
                       .arg(before)
-                      .arg(EDITED_VALUE)
+                      .arg(EditedValue)
                       .arg(expected.size() - 1));
     return {};
 }
@@ -139,13 +139,13 @@ Result<void> RecipeAct::pushEdited() {
 Result<void> RecipeAct::pushBad() {
     m_screen.begin(QStringLiteral("Pushing a file with three bad fields"));
     Table table = readTable(path());
-    table[1][RECIPE_TEMPERATURE] = QStringLiteral("85O");
-    table[4][RECIPE_MINUTES] = QStringLiteral("1.5");
-    table[9][RECIPE_PID_GROUP].clear();
+    table[1][RecipeTemperature] = QStringLiteral("85O");
+    table[4][RecipeMinutes] = QStringLiteral("1.5");
+    table[9][RecipePidGroup].clear();
     if (!writeTable(table, path()))
         return Failure(QStringLiteral("The file cannot be edited"));
     const Memory before = memory();
-    const RecipeReport report = transfer(&RecipeJob::push, RECIPE_PROGRAMS);
+    const RecipeReport report = transfer(&RecipeJob::push, RecipePrograms);
     if (report.problems.size() != 1 + 3) // a line for the log, and the log
         return Failure(QStringLiteral("The driver has not refused the three fields"));
     if (memory() != before)

@@ -8,10 +8,10 @@
 namespace {
 
 /** Lines of a terminal that the table leaves: its head, and two for the step. */
-constexpr int OTHER_LINES = 5;
+constexpr int OtherLines = 5;
 
-const char CLEAR_TO_END[] = "\x1b[J";
-const char CLEAR_REST_OF_LINE[] = "\x1b[K";
+const char ClearToEnd[] = "\x1b[J";
+const char ClearRestOfLine[] = "\x1b[K";
 
 bool isTerminal() {
     const char* const kind = std::getenv("TERM");
@@ -41,13 +41,13 @@ Screen::Screen() : m_terminal(isTerminal()) {
 }
 
 int Screen::rowsForTable() const {
-    return m_height - OTHER_LINES;
+    return m_height - OtherLines;
 }
 
 /** Takes away what was drawn not to stay. */
 void Screen::wipe() {
     if (m_drawn > 0)
-        put(QString::fromLatin1("\x1b[%1A%2").arg(m_drawn).arg(QLatin1String(CLEAR_TO_END)));
+        put(QString::fromLatin1("\x1b[%1A%2").arg(m_drawn).arg(QLatin1String(ClearToEnd)));
     m_drawn = 0;
 }
 
@@ -75,7 +75,7 @@ void Screen::draw(const QVector<TagRow>& rows) {
         put(QString::fromLatin1("\x1b[%1A").arg(m_drawn));
     const QStringList lines = tableLines(rows, m_width, m_palette);
     for (const QString& line : lines)
-        putLine(m_terminal ? line + QLatin1String(CLEAR_REST_OF_LINE) : line);
+        putLine(m_terminal ? line + QLatin1String(ClearRestOfLine) : line);
     m_drawn = lines.size();
     std::fflush(stdout);
 }
@@ -98,7 +98,7 @@ void Screen::progress(const char* what, int percent) {
     putLine(QString::fromLatin1("   %1 %2 %%3")
                 .arg(QLatin1String(what))
                 .arg(percent)
-                .arg(QLatin1String(CLEAR_REST_OF_LINE)));
+                .arg(QLatin1String(ClearRestOfLine)));
     m_drawn = 1;
     std::fflush(stdout);
 }

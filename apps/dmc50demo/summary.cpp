@@ -17,7 +17,7 @@ QString line(const char* name, const QString& text) {
 
 QStringList Summary::lines() const {
     simulator::LineTiming timing;
-    timing.baud = FURNACE_BAUD;
+    timing.baud = FurnaceBaud;
     const double wire_msecs =
         double(timing.wireTime(qint64(calm.bytes_sent + calm.bytes_received))) / 1e6;
     const double cycles = double(calm.requests) / stations;

@@ -9,15 +9,15 @@ using namespace host;
 namespace {
 
 // Leaves room for the longest reason of an error in 80 columns.
-constexpr int NAME_WIDTH = 18;
-constexpr int ADDRESS_WIDTH = 12;
-constexpr int STATION_WIDTH = 3;
-constexpr int VALUE_WIDTH = 10;
-constexpr int AGE_WIDTH = 6;
-constexpr int GAP = 2;
+constexpr int NameWidth = 18;
+constexpr int AddressWidth = 12;
+constexpr int StationWidth = 3;
+constexpr int ValueWidth = 10;
+constexpr int AgeWidth = 6;
+constexpr int Gap = 2;
 
 QString padded(const QString& text, int width) {
-    return text.leftJustified(width, QLatin1Char(' '), true) + QString(GAP, QLatin1Char(' '));
+    return text.leftJustified(width, QLatin1Char(' '), true) + QString(Gap, QLatin1Char(' '));
 }
 
 QString ageText(qint64 msecs) {
@@ -37,11 +37,11 @@ QString coloured(const char* colour, const QString& text, const Palette& palette
 
 QString head(const Palette& palette) {
     return coloured(palette.bold,
-                    padded(QStringLiteral("NAME"), NAME_WIDTH) +
-                        padded(QStringLiteral("ADDRESS"), ADDRESS_WIDTH) +
-                        padded(QStringLiteral("STN"), STATION_WIDTH) +
-                        padded(QStringLiteral("VALUE"), VALUE_WIDTH) +
-                        padded(QStringLiteral("AGE"), AGE_WIDTH) + QStringLiteral("ERROR"),
+                    padded(QStringLiteral("NAME"), NameWidth) +
+                        padded(QStringLiteral("ADDRESS"), AddressWidth) +
+                        padded(QStringLiteral("STN"), StationWidth) +
+                        padded(QStringLiteral("VALUE"), ValueWidth) +
+                        padded(QStringLiteral("AGE"), AgeWidth) + QStringLiteral("ERROR"),
                     palette);
 }
 
@@ -50,12 +50,12 @@ QString line(const TagRow& row, int width, const Palette& palette) {
     const char* const value_colour = !row.error.isEmpty() ? palette.faint
                                      : row.changed        ? palette.changed
                                                           : palette.plain;
-    const QString before_value = padded(row.tag.name, NAME_WIDTH) +
-                                 padded(row.tag.address.accessText(), ADDRESS_WIDTH) +
-                                 padded(QString::number(row.tag.station), STATION_WIDTH);
-    const int left = width - before_value.size() - VALUE_WIDTH - AGE_WIDTH - 2 * GAP;
-    return before_value + coloured(value_colour, padded(value, VALUE_WIDTH), palette) +
-           coloured(palette.faint, padded(ageText(row.age_ms), AGE_WIDTH), palette) +
+    const QString before_value = padded(row.tag.name, NameWidth) +
+                                 padded(row.tag.address.accessText(), AddressWidth) +
+                                 padded(QString::number(row.tag.station), StationWidth);
+    const int left = width - before_value.size() - ValueWidth - AgeWidth - 2 * Gap;
+    return before_value + coloured(value_colour, padded(value, ValueWidth), palette) +
+           coloured(palette.faint, padded(ageText(row.age_ms), AgeWidth), palette) +
            coloured(palette.bad, reason(row.error).left(std::max(left, 0)), palette);
 }
 

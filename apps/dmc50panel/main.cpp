@@ -8,14 +8,14 @@
 
 namespace {
 
-constexpr int failure_exit_status = 1;
+constexpr int FailureExitStatus = 1;
 
 /** The program's exit status. */
 int save(const QPixmap& picture, const QString& file) {
     if (picture.save(file))
         return 0;
     std::fprintf(stderr, "%s: the picture could not be written\n", qPrintable(file));
-    return failure_exit_status;
+    return FailureExitStatus;
 }
 
 } // namespace

@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr QSize screen_size(800, 480); // the smaller panels' display
-constexpr int bar_thickness = 56;
-constexpr QSize message_panel_size(360, 200);
-constexpr int message_panel_max_height = 340;
-constexpr int message_panel_color = int(0xffd6dde4);
+constexpr QSize ScreenSize(800, 480); // the smaller panels' display
+constexpr int BarThickness = 56;
+constexpr QSize MessagePanelSize(360, 200);
+constexpr int MessagePanelMaxHeight = 340;
+constexpr int MessagePanelColor = int(0xffd6dde4);
 
 /** Where on the screen the bar must lie for a panel at @p edge to be seen. */
 QBoxLayout::Direction directionFromBar(int edge) {
@@ -34,9 +34,9 @@ QString text(const char* utf8) {
 MessagesView::MessagesView(const Options& options) : m_bar(new QWidget(&m_screen)) {
     buildScreen(options.edge);
     const QRect area(m_screen.pos() + m_bar->pos(), m_bar->size());
-    m_panel.reset(MessageCenter::initInstance(QSize(screen_size.width(), message_panel_max_height),
-                                              message_panel_size, options.edge, area,
-                                              message_panel_color));
+    m_panel.reset(MessageCenter::initInstance(QSize(ScreenSize.width(), MessagePanelMaxHeight),
+                                              MessagePanelSize, options.edge, area,
+                                              MessagePanelColor));
     // A window manager would move the panel away from its bar and decorate it.
     m_panel->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                             Qt::X11BypassWindowManagerHint);
@@ -61,7 +61,7 @@ MessagesView::~MessagesView() {
 }
 
 void MessagesView::buildScreen(int edge) {
-    m_screen.setFixedSize(screen_size);
+    m_screen.setFixedSize(ScreenSize);
     m_screen.setWindowTitle(text("dmc50panel: messages"));
     m_screen.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     m_screen.setStyleSheet(text("background: #263442; color: #9fb2c4;"));
@@ -71,9 +71,9 @@ void MessagesView::buildScreen(int edge) {
     const bool level = edge <= 1;
     m_bar->setStyleSheet(text("background: #3d5166; color: #e8eef4;"));
     if (level)
-        m_bar->setFixedHeight(bar_thickness);
+        m_bar->setFixedHeight(BarThickness);
     else
-        m_bar->setFixedWidth(2 * bar_thickness);
+        m_bar->setFixedWidth(2 * BarThickness);
     auto* in_bar = new QBoxLayout(level ? QBoxLayout::RightToLeft : QBoxLayout::BottomToTop, m_bar);
     in_bar->addWidget(new QPushButton(text("Messages")));
     in_bar->addStretch();

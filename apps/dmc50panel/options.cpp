@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr int usage_exit_status = 2;
+constexpr int UsageExitStatus = 2;
 
-const char description[] = "Shows a part of the operator panel in a window on this PC.";
+const char Description[] = "Shows a part of the operator panel in a window on this PC.";
 
 std::string viewHelp() {
     std::string help = "What to show:";
@@ -27,7 +27,7 @@ std::vector<std::string> viewNames() {
 } // namespace
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
-    CLI::App app(description, "dmc50panel");
+    CLI::App app(Description, "dmc50panel");
     ParsedOptions parsed;
     std::string screenshot_file;
     app.footer("\nExit status: 0 ended on request, 1 the picture was not written, 2 bad usage.");
@@ -46,7 +46,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        parsed.exit_status = app.exit(error) == 0 ? 0 : usage_exit_status;
+        parsed.exit_status = app.exit(error) == 0 ? 0 : UsageExitStatus;
     }
     parsed.options.screenshot_file = QString::fromLocal8Bit(screenshot_file.c_str());
     return parsed;

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int failure_exit_status = 1;
+constexpr int FailureExitStatus = 1;
 
 std::unique_ptr<simulator::LinePort> makePort(const Options& options) {
     switch (options.transport) {
@@ -36,7 +36,7 @@ Result<void> prepare(const simulator::Line& line, const Options& options) {
 
 int fail(const QString& error) {
     std::fprintf(stderr, "%s\n", qPrintable(error));
-    return failure_exit_status;
+    return FailureExitStatus;
 }
 
 /** Runs the line from its start to its end. */

@@ -8,16 +8,16 @@
 
 namespace {
 
-constexpr int usage_exit_status = 2;
-constexpr int default_device_baud = 38400;
+constexpr int UsageExitStatus = 2;
+constexpr int DefaultDeviceBaud = 38400;
 
-const char description[] =
+const char Description[] =
     "Simulates DMC50 controllers on one RS-485 line: on a pseudo-terminal (the default; its\n"
     "path is printed), on TCP or on a serial device. Ends with Ctrl-C, or \"quit\" on the\n"
     "standard input, which also takes: station N silent|ok|FAULT, dump N ADDRESS COUNT,\n"
     "set N ADDRESS VALUE, counters, help.";
 
-const char footer[] =
+const char Footer[] =
     "\nFAULT is KIND[:KEY=VALUE,...]. Kinds: silence, late, split, dribble, checksum,\n"
     "wrong-station, end-code, truncate, noise-before, noise-after, echo, close.\n"
     "Which requests: station=N, command=RN|WG|WN, then one of on=N (the N-th), every=N (each\n"
@@ -131,7 +131,7 @@ private:
         if (!m_raw.device.empty()) {
             m_options.transport = Options::Transport::Device;
             m_options.device = text(m_raw.device);
-            m_options.device_baud = m_raw.baud > 0 ? m_raw.baud : default_device_baud;
+            m_options.device_baud = m_raw.baud > 0 ? m_raw.baud : DefaultDeviceBaud;
             if (!m_raw.link.empty())
                 fail("--link", QString::fromLatin1("only goes with a pseudo-terminal"));
             return;
@@ -208,17 +208,17 @@ private:
 } // namespace
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
-    CLI::App app(description, "dmc50sim");
+    CLI::App app(Description, "dmc50sim");
     RawOptions raw;
     ParsedOptions parsed;
-    app.footer(footer);
+    app.footer(Footer);
     addLineOptions(app, raw);
     addStationOptions(app, raw);
     addFaultAndLogOptions(app, raw);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        parsed.exit_status = app.exit(error) == 0 ? 0 : usage_exit_status;
+        parsed.exit_status = app.exit(error) == 0 ? 0 : UsageExitStatus;
         return parsed;
     }
     const Result<Options> options = OptionReader(raw).read();
@@ -226,7 +226,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
         parsed.options = *options;
     } else {
         std::cerr << qPrintable(options.error()) << "\nRun with --help for more information.\n";
-        parsed.exit_status = usage_exit_status;
+        parsed.exit_status = UsageExitStatus;
     }
     return parsed;
 }

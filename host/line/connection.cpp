@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-constexpr qint64 CANCEL_CHECK_MS = 50; // how late a cancelled wait may end
+constexpr qint64 CancelCheckMsecs = 50; // how late a cancelled wait may end
 
 } // namespace
 
@@ -30,7 +30,7 @@ bool Connection::awaitOpen(int msecs) {
             break;
         if (now >= deadline)
             break;
-        m_clock.sleepMsecs(quint32(std::min(CANCEL_CHECK_MS, deadline - now)));
+        m_clock.sleepMsecs(quint32(std::min(CancelCheckMsecs, deadline - now)));
     }
     return m_open;
 }
@@ -63,7 +63,7 @@ void Connection::failed(const QString& reason) {
     else
         tellDown(reason);
     m_next_attempt = m_clock.msecsSinceBoot() + m_pause_ms;
-    m_pause_ms = std::min(2 * m_pause_ms, LONGEST_PAUSE_MS);
+    m_pause_ms = std::min(2 * m_pause_ms, LongestPauseMsecs);
 }
 
 void Connection::proveWorking() {
@@ -71,7 +71,7 @@ void Connection::proveWorking() {
         return;
     m_proved = true;
     m_flapping = false;
-    m_pause_ms = FIRST_PAUSE_MS;
+    m_pause_ms = FirstPauseMsecs;
     if (m_told_down)
         tellUp();
 }

@@ -43,8 +43,8 @@ public:
 
     bool isOpen() const { return m_open; }
 
-    static constexpr int FIRST_PAUSE_MS = 100;
-    static constexpr int LONGEST_PAUSE_MS = 5000;
+    static constexpr int FirstPauseMsecs = 100;
+    static constexpr int LongestPauseMsecs = 5000;
 
 private:
     bool tryOpen();
@@ -61,7 +61,7 @@ private:
     bool m_flapping = false;  // the last loss followed an opening without a byte
     bool m_told_down = false; // the last line logged was about a failure
     int m_untold = 0;         // failures since then
-    int m_pause_ms = FIRST_PAUSE_MS;
+    int m_pause_ms = FirstPauseMsecs;
     qint64 m_next_attempt = 0; // the clock's time, ms
 };
 

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-constexpr int SHORTEST_QUIET_MS = 20;
+constexpr int ShortestQuietMsecs = 20;
 
 int bitsPerCharacter(const DeviceSetting& device) {
     const int start = 1;
@@ -107,7 +107,7 @@ int HostPort::quietMsecs() const {
     const qint64 bits_times_two = 7 * bitsPerCharacter(m_device); // of 3.5 characters
     const qint64 baud = std::max(1, m_device.baudrate);
     return int(
-        std::max<qint64>(SHORTEST_QUIET_MS, (bits_times_two * 1000 + 2 * baud - 1) / (2 * baud)));
+        std::max<qint64>(ShortestQuietMsecs, (bits_times_two * 1000 + 2 * baud - 1) / (2 * baud)));
 }
 
 } // namespace host

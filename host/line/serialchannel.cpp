@@ -14,7 +14,7 @@ namespace host {
 
 namespace {
 
-constexpr unsigned FOREIGN_GROUP = 65534; // any that has no name in this name space
+constexpr unsigned ForeignGroup = 65534; // any that has no name in this name space
 
 QSerialPort::Parity parityOf(int code) {
     switch (code) {
@@ -30,11 +30,11 @@ QSerialPort::Parity parityOf(int code) {
 /** A pty has neither speed nor frame. The kernel ignores a parity and refuses it
  *  when that leaves nothing else to change. */
 bool isPseudoTerminal(const QString& path) {
-    constexpr unsigned FIRST_SLAVE_MAJOR = 136;
-    constexpr unsigned LAST_SLAVE_MAJOR = 143;
+    constexpr unsigned FirstSlaveMajor = 136;
+    constexpr unsigned LastSlaveMajor = 143;
     struct stat status = {};
     return stat(qPrintable(path), &status) == 0 && S_ISCHR(status.st_mode) &&
-           major(status.st_rdev) >= FIRST_SLAVE_MAJOR && major(status.st_rdev) <= LAST_SLAVE_MAJOR;
+           major(status.st_rdev) >= FirstSlaveMajor && major(status.st_rdev) <= LastSlaveMajor;
 }
 
 } // namespace
@@ -80,7 +80,7 @@ QString SerialChannel::openFailure(const QSerialPort& port) const {
     if (!file.exists())
         return QString::fromLatin1("no such device");
     if (faccessat(AT_FDCWD, qPrintable(name()), R_OK | W_OK, AT_EACCESS) != 0)
-        return file.groupId() == FOREIGN_GROUP
+        return file.groupId() == ForeignGroup
                    ? QString::fromLatin1("permission denied; the device's group may use it")
                    : QString::fromLatin1("permission denied; the group %1 may use it")
                          .arg(file.group());

@@ -68,7 +68,7 @@ Result<void> TcpChannel::connectTo(const addrinfo& address) {
 }
 
 Result<void> TcpChannel::awaitConnection() {
-    const Result<Wait> wait = waitFor(POLLOUT, CONNECT_TIMEOUT_MS);
+    const Result<Wait> wait = waitFor(POLLOUT, ConnectTimeoutMsecs);
     if (!wait || *wait != Wait::Ready)
         return Failure(QStringLiteral("no answer to the connection request"));
     int result = 0;

@@ -13,11 +13,11 @@ public:
     TcpChannel(const QString& host, quint16 port);
     ~TcpChannel() override;
 
-    /** Tries every address of the host, CONNECT_TIMEOUT_MS each. */
+    /** Tries every address of the host, ConnectTimeoutMsecs each. */
     Result<void> open() override;
     void close() override;
 
-    static constexpr int CONNECT_TIMEOUT_MS = 3000;
+    static constexpr int ConnectTimeoutMsecs = 3000;
 
 private:
     Result<void> connectTo(const addrinfo& address);

@@ -29,7 +29,7 @@ Result<void> writeFile(const QByteArray& content, const QString& path) {
 
 Result<void, QStringList> buildPanelDirectory(const QString& source_directory,
                                               const QString& target) {
-    const QString source = QDir(source_directory).filePath(QLatin1String(PROJECT_FILE));
+    const QString source = QDir(source_directory).filePath(QLatin1String(ProjectFile));
     QFile file(source);
     if (!file.open(QIODevice::ReadOnly))
         return tl::make_unexpected(
@@ -38,7 +38,7 @@ Result<void, QStringList> buildPanelDirectory(const QString& source_directory,
     const ProjectReading project = readProjectText(text, source);
     if (!project)
         return tl::make_unexpected(project.error());
-    const QString copy = QDir(target).filePath(QLatin1String(PROJECT_FILE));
+    const QString copy = QDir(target).filePath(QLatin1String(ProjectFile));
     return writeDatabase(*project, target)
         .and_then([&] { return writeFile(text, copy); })
         .map_error([](const QString& problem) { return QStringList(problem); });
@@ -54,7 +54,7 @@ void setPanelDirectory(const QString& directory) {
 }
 
 Result<void> writeSampleProject(const QString& directory) {
-    const QString path = QDir(directory).filePath(QLatin1String(PROJECT_FILE));
+    const QString path = QDir(directory).filePath(QLatin1String(ProjectFile));
     if (QFile::exists(path))
         return Failure(QString::fromLatin1("%1 exists already").arg(path));
     if (!QDir().mkpath(directory))

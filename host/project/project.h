@@ -67,10 +67,10 @@ struct TagDefinition {
 };
 
 /** The driver cannot scan more of one command. */
-constexpr int LARGEST_TAG_DWORDS = 255;
+constexpr int LargestTagDwords = 255;
 
 /** Elements of one tag; bits are the smallest. */
-constexpr Range TagCountRange = {1, LARGEST_TAG_DWORDS * 32};
+constexpr Range TagCountRange = {1, LargestTagDwords * 32};
 
 /** All that a panel.toml says, checked. */
 struct Project {

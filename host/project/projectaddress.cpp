@@ -9,12 +9,12 @@ namespace host {
 
 namespace {
 
-constexpr int PAGE_SHIFT = 20; // a PA group stands in bits 20 and up
+constexpr int PageShift = 20; // a PA group stands in bits 20 and up
 
-const char EXAMPLES[] = "write PA0011000 (three digits of group, then the offset), NA2016, or "
+const char Examples[] = "write PA0011000 (three digits of group, then the offset), NA2016, or "
                         "2-PA0011000 for station 2";
 
-const char* const SPECIAL_TEXTS[] = {
+const char* const SpecialTexts[] = {
     "INITDRV0",   "LOWLATENCY",   "WRITE_QUE_SIZE0", "VVT_ENABLE0",   "VVT_ENABLE1",  "VVT_ERROR0",
     "VVT_ERROR1", "VVT_PROG_ID0", "VVT_PROG_COUNT0", "VVT_PROGRESS0", "VVT_PROGRESS1"};
 
@@ -29,7 +29,7 @@ AddressKind kindOf(const QString& special) {
 
 QStringList specialTexts() {
     QStringList texts;
-    for (const char* text : SPECIAL_TEXTS)
+    for (const char* text : SpecialTexts)
         texts.append(QLatin1String(text));
     return texts;
 }
@@ -51,10 +51,9 @@ Result<std::optional<int>> parseBit(const QString& digits) {
         return std::nullopt;
     bool is_number = false;
     const uint bit = digits.toUInt(&is_number);
-    if (!is_number || bit > uint(LARGEST_BIT))
-        return Failure(QString::fromLatin1("'.%1' is not a bit; write .0 to .%2")
-                           .arg(digits)
-                           .arg(LARGEST_BIT));
+    if (!is_number || bit > uint(LargestBit))
+        return Failure(
+            QString::fromLatin1("'.%1' is not a bit; write .0 to .%2").arg(digits).arg(LargestBit));
     return int(bit);
 }
 
@@ -62,7 +61,7 @@ Result<std::optional<int>> parseBit(const QString& digits) {
 Result<quint32> parseDword(const QString& page, const QString& offset) {
     bool fits = false;
     const quint64 low = offset.toULongLong(&fits, 16);
-    const quint64 sum = (page.toULongLong(nullptr, 16) << PAGE_SHIFT) + low;
+    const quint64 sum = (page.toULongLong(nullptr, 16) << PageShift) + low;
     if (!fits || low > 0xffffffffu || sum > 0xffffffffu)
         return Failure(QStringLiteral("the address is larger than 32 bits"));
     return quint32(sum);
@@ -84,7 +83,7 @@ QString explain(const QString& text) {
             .arg(wrong, text, hint);
     }
     const QString near = nearestSpelling(text, specialTexts());
-    const QString hint = near.isEmpty() ? QLatin1String(EXAMPLES)
+    const QString hint = near.isEmpty() ? QLatin1String(Examples)
                                         : QString::fromLatin1("did you mean '%1'?").arg(near);
     return QString::fromLatin1("'%1' is not an address; %2").arg(text, hint);
 }

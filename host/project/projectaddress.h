@@ -33,7 +33,7 @@ struct ProjectAddress {
 };
 
 /** The highest bit number: a tag has less than 256 double words. */
-constexpr int LARGEST_BIT = 255 * 32 - 1;
+constexpr int LargestBit = 255 * 32 - 1;
 
 /** Reads the forms PA0011000, NA1F, 2-PA0011000, NA2016.4 and the special
  *  addresses, in capitals or not. The error says what is wrong and what would be

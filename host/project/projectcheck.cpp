@@ -12,8 +12,8 @@ namespace host {
 
 namespace {
 
-constexpr int FIRST_COM_PORT = 1000;
-constexpr int ETHERNET_PORT = 2000;
+constexpr int FirstComPort = 1000;
+constexpr int EthernetPort = 2000;
 
 /** Reports what is there already; remembers the first place of each key. */
 template <typename Key>
@@ -124,8 +124,8 @@ int hmiPortNumber(const QString& hmi_port) {
     static const QRegularExpression ethernet(QStringLiteral("^ETHERNET\\d*$"));
     const QRegularExpressionMatch match = com.match(hmi_port);
     if (match.hasMatch())
-        return FIRST_COM_PORT - 1 + match.captured(1).toInt();
-    return ethernet.match(hmi_port).hasMatch() ? ETHERNET_PORT : 0;
+        return FirstComPort - 1 + match.captured(1).toInt();
+    return ethernet.match(hmi_port).hasMatch() ? EthernetPort : 0;
 }
 
 void checkLinkPorts(const LinkDefinition& link, const SourcePlace& hmi_place,
@@ -162,12 +162,12 @@ void checkTagShape(const TagDefinition& tag, const SourcePlace& address_place,
                                                            "address; write %1, or type = \"bit\"")
                                            .arg(address.text));
     const int dwords = tag.dwords();
-    if (dwords > LARGEST_TAG_DWORDS)
+    if (dwords > LargestTagDwords)
         diagnostics.add(count_place,
                         QString::fromLatin1("the tag takes %1 double words; the driver "
                                             "serves at most %2 in one tag")
                             .arg(dwords)
-                            .arg(LARGEST_TAG_DWORDS));
+                            .arg(LargestTagDwords));
     if (address.dword > 0xffffffffu - quint32(dwords - 1))
         diagnostics.add(address_place, QStringLiteral("the tag ends beyond 32 bits of address"));
 }

@@ -179,11 +179,11 @@ QString syntaxProblem(const toml::parse_error& error) {
     static const struct {
         const char* said;
         const char* hint;
-    } HINTS[] = {{"could not determine value type", "; a text stands in double quotes"},
+    } hints[] = {{"could not determine value type", "; a text stands in double quotes"},
                  {"invalid utf-8", "; save the file as UTF-8"},
                  {"cannot redefine", "; a key stands only once in its section"}};
     QString text = QString::fromUtf8(error.description().data());
-    for (const auto& [said, hint] : HINTS) {
+    for (const auto& [said, hint] : hints) {
         if (text.contains(QLatin1String(said)))
             return text + QLatin1String(hint);
     }

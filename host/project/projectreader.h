@@ -9,7 +9,7 @@
 namespace host {
 
 /** The file's name inside a project's folder. */
-constexpr char PROJECT_FILE[] = "panel.toml";
+constexpr char ProjectFile[] = "panel.toml";
 
 /** A project, or all that is wrong with its file: "file:line:column: text". */
 using ProjectReading = Result<Project, QStringList>;

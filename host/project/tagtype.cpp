@@ -11,7 +11,7 @@ struct KnownType {
     TagType::Shown shown;
 };
 
-const KnownType KNOWN_TYPES[] = {
+const KnownType KnownTypes[] = {
     {"bit", CommunicatorCommand::Bit, 1, TagType::Shown::Unsigned},
     {"byte", CommunicatorCommand::Byte, 8, TagType::Shown::Unsigned},
     {"word", CommunicatorCommand::Word, 16, TagType::Shown::Unsigned},
@@ -24,7 +24,7 @@ const KnownType KNOWN_TYPES[] = {
 } // namespace
 
 std::optional<TagType> tagTypeByName(const QString& name) {
-    for (const KnownType& known : KNOWN_TYPES) {
+    for (const KnownType& known : KnownTypes) {
         if (name == QLatin1String(known.name))
             return TagType{name, known.data_type, known.bits, known.shown};
     }
@@ -33,7 +33,7 @@ std::optional<TagType> tagTypeByName(const QString& name) {
 
 QStringList tagTypeNames() {
     QStringList names;
-    for (const KnownType& known : KNOWN_TYPES)
+    for (const KnownType& known : KnownTypes)
         names.append(QLatin1String(known.name));
     return names;
 }

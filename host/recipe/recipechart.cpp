@@ -7,12 +7,12 @@ namespace host {
 
 namespace {
 
-constexpr int FEWEST_COLUMNS = 30; // of a chart; a narrower terminal wraps it
-constexpr int FEWEST_ROWS = 4;
-constexpr int ROWS_PER_MARK = 2; // of the temperature scale, at least
-constexpr int TOP_STEPS = 4;     // of the scale's end, between two marks
-constexpr int TIME_MARK_GAP = 2; // blanks between two time marks, at least
-constexpr ushort FIRST_BRAILLE = 0x2800;
+constexpr int FewestColumns = 30; // of a chart; a narrower terminal wraps it
+constexpr int FewestRows = 4;
+constexpr int RowsPerMark = 2; // of the temperature scale, at least
+constexpr int TopSteps = 4;    // of the scale's end, between two marks
+constexpr int TimeMarkGap = 2; // blanks between two time marks, at least
+constexpr ushort FirstBraille = 0x2800;
 
 /** The characters that a chart is made of. */
 struct ChartLetters {
@@ -84,7 +84,7 @@ QString DotField::row(int index) const {
         if (dots == 0)
             text += QLatin1Char(' ');
         else
-            text += m_letters.dots_up > 1 ? QChar(ushort(FIRST_BRAILLE + dots)) : QLatin1Char('*');
+            text += m_letters.dots_up > 1 ? QChar(ushort(FirstBraille + dots)) : QLatin1Char('*');
     }
     return text;
 }
@@ -113,12 +113,12 @@ private:
 Chart::Chart(const RecipeProfile& profile, const RecipeChartStyle& style)
     : m_profile(profile)
     , m_letters(lettersOf(style.unicode))
-    , m_rows(std::max(style.rows, FEWEST_ROWS))
-    , m_mark_distance(niceDistance(profile.highest(), m_rows / ROWS_PER_MARK)) {
-    const double fine = m_mark_distance / TOP_STEPS;
+    , m_rows(std::max(style.rows, FewestRows))
+    , m_mark_distance(niceDistance(profile.highest(), m_rows / RowsPerMark)) {
+    const double fine = m_mark_distance / TopSteps;
     m_top = std::max(1.0, std::ceil(profile.highest() / fine)) * fine;
     m_margin = QString::number(m_top, 'f', 0).size();
-    m_columns = std::max(style.columns, FEWEST_COLUMNS) - m_margin - 2;
+    m_columns = std::max(style.columns, FewestColumns) - m_margin - 2;
 }
 
 void Chart::drawCurve(DotField& field) const {
@@ -150,7 +150,7 @@ void Chart::appendTimeScale(QStringList& lines) const {
     const qint64 duration = m_profile.durationSecs();
     const bool with_seconds = duration < 10 * 60;
     const int widest = clockText(duration, with_seconds).size();
-    const qint64 distance = niceClockDistance(duration, m_columns / (widest + TIME_MARK_GAP));
+    const qint64 distance = niceClockDistance(duration, m_columns / (widest + TimeMarkGap));
     QString scale(m_columns, m_letters.horizontal);
     QString marks;
     for (qint64 time = 0; time <= duration; time += distance) {

@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-constexpr quint32 LOST_BITS = 0x00FF0000; // that the driver writes as 0
+constexpr quint32 LostBits = 0x00FF0000; // that the driver writes as 0
 
 bool matches(const QString& text, const char* pattern) {
     return QRegularExpression(QLatin1String(pattern)).match(text).hasMatch();
@@ -88,7 +88,7 @@ void Checker::checkHeader(const RecipeLine& line) {
             QStringLiteral("not the titles of a program file; the driver does not look at them"));
     } else {
         checkFieldCount(line, -1);
-        for (int column = 0; column < std::min(line.fields.size(), RECIPE_FIELDS); ++column)
+        for (int column = 0; column < std::min(line.fields.size(), RecipeFields); ++column)
             checkTitle(line, column);
     }
 }
@@ -108,30 +108,30 @@ void Checker::checkTitle(const RecipeLine& line, int column) {
 
 void Checker::checkFieldCount(const RecipeLine& line, int row) {
     const int fields = line.fields.size();
-    if (fields > RECIPE_FIELDS)
+    if (fields > RecipeFields)
         add(RecipeSeverity::Warning, line, row,
             QStringLiteral("%1 fields instead of %2: those behind would be lost, or a value too "
                            "many has moved the others")
                 .arg(fields)
-                .arg(RECIPE_FIELDS));
-    else if (fields < RECIPE_FIELDS)
+                .arg(RecipeFields));
+    else if (fields < RecipeFields)
         add(row < 0 ? RecipeSeverity::Warning : RecipeSeverity::Refused, line, row,
-            QStringLiteral("only %1 of %2 fields").arg(fields).arg(RECIPE_FIELDS));
+            QStringLiteral("only %1 of %2 fields").arg(fields).arg(RecipeFields));
 }
 
 /** The driver goes by the order of the lines; an operator goes by the labels. */
 void Checker::checkLabel(const RecipeLine& line, int row) {
     const int number = recipeLabelNumber(line.fields.first());
     if (number == 0) {
-        addField(RecipeSeverity::Warning, line, row, RECIPE_LABEL,
+        addField(RecipeSeverity::Warning, line, row, RecipeLabel,
                  QStringLiteral("this label should be [%1]").arg(recipeLabel(row + 1)));
         return;
     }
     if (m_lines_of_labels.contains(number))
-        addField(RecipeSeverity::Warning, line, row, RECIPE_LABEL,
+        addField(RecipeSeverity::Warning, line, row, RecipeLabel,
                  QStringLiteral("the same label as in line %1").arg(m_lines_of_labels[number]));
     else if (number != row + 1)
-        addField(RecipeSeverity::Warning, line, row, RECIPE_LABEL,
+        addField(RecipeSeverity::Warning, line, row, RecipeLabel,
                  QStringLiteral("the driver would write this to program %1: it goes by the order "
                                 "of the lines")
                      .arg(row + 1));
@@ -145,11 +145,11 @@ bool Checker::checkValue(const RecipeLine& line, int row, int column, quint32& v
     value = text.toUInt(&is_number, 10); // as the driver reads it
     if (!is_number)
         addField(RecipeSeverity::Refused, line, row, column, refusalOf(text));
-    else if (value & LOST_BITS)
+    else if (value & LostBits)
         addField(RecipeSeverity::Warning, line, row, column,
                  QStringLiteral("the controller would receive %1: the driver writes bits 16 to 23 "
                                 "as 0")
-                     .arg(value & ~LOST_BITS));
+                     .arg(value & ~LostBits));
     return is_number;
 }
 
@@ -159,8 +159,8 @@ void Checker::checkProgram(const RecipeLine& line, int row) {
     RecipeProgram program;
     program.line = line.number;
     program.number = recipeLabelNumber(line.fields.first());
-    bool is_complete = line.fields.size() >= RECIPE_FIELDS;
-    for (int column = 1; column < std::min(line.fields.size(), RECIPE_FIELDS); ++column) {
+    bool is_complete = line.fields.size() >= RecipeFields;
+    for (int column = 1; column < std::min(line.fields.size(), RecipeFields); ++column) {
         if (!checkValue(line, row, column, program.values[std::size_t(column) - 1]))
             is_complete = false;
     }
@@ -176,11 +176,11 @@ void addFileFinding(RecipeCheck& check, const QString& reason) {
 }
 
 void judgeCount(RecipeCheck& check, std::optional<int> count) {
-    if (check.lines > RECIPE_PROGRAMS)
+    if (check.lines > RecipePrograms)
         addFileFinding(check, QStringLiteral("%1 programs, but a controller has %2: the driver "
                                              "would never write the rest")
                                   .arg(check.lines)
-                                  .arg(RECIPE_PROGRAMS));
+                                  .arg(RecipePrograms));
     if (count && check.lines < *count)
         addFileFinding(check, QStringLiteral("only %1 of %2 programs: the file may have been cut")
                                   .arg(check.lines)
@@ -209,7 +209,7 @@ RecipeCheck checkRecipe(const QByteArray& content, std::optional<int> count) {
         return check;
     Checker checker(check);
     checker.checkHeader(text.lines.first());
-    const int looked_at = std::min({check.lines, RECIPE_PROGRAMS, count.value_or(RECIPE_PROGRAMS)});
+    const int looked_at = std::min({check.lines, RecipePrograms, count.value_or(RecipePrograms)});
     for (int row = 0; row < looked_at; ++row)
         checker.checkProgram(text.lines.at(row + 1), row);
     return check;

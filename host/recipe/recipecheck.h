@@ -13,13 +13,13 @@ namespace host {
 struct RecipeProgram {
     int line = 0;   // of the file
     int number = 0; // that its label says; 0: none
-    std::array<quint32, RECIPE_COLUMNS> values = {};
+    std::array<quint32, RecipeColumns> values = {};
 
     /** The value of a RecipeColumn other than the label. */
     quint32 value(int column) const { return values[std::size_t(column) - 1]; }
 
     /** A slot of the controller that nobody has filled. */
-    bool isUnused() const { return values == std::array<quint32, RECIPE_COLUMNS>{}; }
+    bool isUnused() const { return values == std::array<quint32, RecipeColumns>{}; }
 };
 
 /** What was found in a program file. */

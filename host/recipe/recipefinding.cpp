@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-constexpr int LONGEST_QUOTATION = 40; // characters
+constexpr int LongestQuotation = 40; // characters
 
 QChar visible(QChar character) {
     return character.isPrint() ? character : QChar(0xB7); // a middle dot
@@ -16,9 +16,9 @@ QChar visible(QChar character) {
 
 /** The field's text on one line, without control characters. */
 QString quotation(const QString& text) {
-    QString shown = text.left(LONGEST_QUOTATION);
+    QString shown = text.left(LongestQuotation);
     std::transform(shown.begin(), shown.end(), shown.begin(), visible);
-    if (text.size() > LONGEST_QUOTATION)
+    if (text.size() > LongestQuotation)
         shown += QChar(0x2026); // an ellipsis
     return QLatin1Char('[') + shown + QLatin1Char(']');
 }

@@ -12,11 +12,11 @@ namespace host {
 
 namespace {
 
-constexpr int MARGIN = 18;
-constexpr int TRACK_HEIGHT = 26; // of one event
-constexpr int SCALE_HEIGHT = 90; // of the time scale and its title
-constexpr int TITLE_POINTS = 17;
-constexpr int TEXT_POINTS = 11;
+constexpr int Margin = 18;
+constexpr int TrackHeight = 26; // of one event
+constexpr int ScaleHeight = 90; // of the time scale and its title
+constexpr int TitlePoints = 17;
+constexpr int TextPoints = 11;
 
 QFont pictureFont(int points) {
     QFont font;
@@ -32,22 +32,22 @@ QImage recipePicture(const RecipeProfile& profile, const QString& title, const Q
     if (profile.durationSecs() <= 0)
         return QImage();
     QWidget sheet;
-    sheet.setFont(pictureFont(TEXT_POINTS));
+    sheet.setFont(pictureFont(TextPoints));
     sheet.setStyleSheet(QStringLiteral("background: white; color: #263238;"));
     QVBoxLayout* const layout = new QVBoxLayout(&sheet);
-    layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    layout->setContentsMargins(Margin, Margin, Margin, Margin);
     layout->setSpacing(0);
 
     QLabel* const heading = new QLabel(title, &sheet);
     heading->setTextFormat(Qt::PlainText);
-    heading->setFont(pictureFont(TITLE_POINTS));
+    heading->setFont(pictureFont(TitlePoints));
     layout->addWidget(heading, 0, Qt::AlignHCenter);
     QwtPlot* const curve_plot = makeCurvePlot(profile, &sheet);
     layout->addWidget(curve_plot, 1);
     const QVector<RecipeTrack> tracks = profile.tracks();
     if (!tracks.isEmpty()) {
         QwtPlot* const track_plot = makeTrackPlot(profile, tracks, &sheet);
-        track_plot->setFixedHeight(TRACK_HEIGHT * tracks.size() + SCALE_HEIGHT);
+        track_plot->setFixedHeight(TrackHeight * tracks.size() + ScaleHeight);
         layout->addWidget(track_plot);
         alignPlots(*curve_plot, *track_plot);
     }

@@ -9,7 +9,7 @@
 namespace host {
 
 /** Colour of the set temperature's curve. */
-constexpr QRgb RECIPE_CURVE_COLOR = 0xFFC62828;
+constexpr QRgb RecipeCurveColor = 0xFFC62828;
 
 /** A picture of the profile under @p title: the set temperature with its soak band
  *  over the PID groups, and below it the events and inputs that are on. Needs a

@@ -23,22 +23,22 @@ namespace host {
 
 namespace {
 
-constexpr int MOST_TIME_MARKS = 14;
-constexpr int MOST_TEMPERATURE_MARKS = 8;
-constexpr double HEADROOM = 1.16;          // above the highest temperature, for the labels
-constexpr double PID_LABEL_HEIGHT = 1.12;  // of the highest temperature; of the PID groups'
-constexpr double LABEL_HEIGHT = 1.05;      // likewise, of the programs'
-constexpr double NARROWEST_NUMBER = 0.018; // of the picture's width
-constexpr double NARROWEST_LABEL = 0.045;
-constexpr double NARROWEST_PID_LABEL = 0.04;
-constexpr int TITLE_GAP = 10;
+constexpr int MostTimeMarks = 14;
+constexpr int MostTemperatureMarks = 8;
+constexpr double Headroom = 1.16;         // above the highest temperature, for the labels
+constexpr double PidLabelHeight = 1.12;   // of the highest temperature; of the PID groups'
+constexpr double LabelHeight = 1.05;      // likewise, of the programs'
+constexpr double NarrowestNumber = 0.018; // of the picture's width
+constexpr double NarrowestLabel = 0.045;
+constexpr double NarrowestPidLabel = 0.04;
+constexpr int TitleGap = 10;
 
-const QColor GRID_COLOR(0xD5, 0xDB, 0xDF);
-const QColor BAND_COLORS[] = {QColor(0xF3, 0xF6, 0xF9), QColor(0xE1, 0xEA, 0xF2)};
-const QColor SOAK_COLOR(0xC6, 0x28, 0x28, 60);
-const QColor EVENT_COLOR(0x1F, 0x77, 0xB4);
-const QColor INPUT_COLOR(0x7B, 0x4F, 0x9E);
-const QColor FAINT_TEXT(0x60, 0x7D, 0x8B);
+const QColor GridColor(0xD5, 0xDB, 0xDF);
+const QColor BandColors[] = {QColor(0xF3, 0xF6, 0xF9), QColor(0xE1, 0xEA, 0xF2)};
+const QColor SoakColor(0xC6, 0x28, 0x28, 60);
+const QColor EventColor(0x1F, 0x77, 0xB4);
+const QColor InputColor(0x7B, 0x4F, 0x9E);
+const QColor FaintText(0x60, 0x7D, 0x8B);
 
 /** Hours and minutes on a scale of seconds. */
 class ClockScaleDraw : public QwtScaleDraw {
@@ -80,12 +80,12 @@ public:
               const QRectF&) const override {
         const double half_height = 0.32;
         for (int i = 0; i < m_tracks.size(); ++i) {
-            const bool is_event = m_tracks[i].column < RECIPE_FIRST_INPUT;
+            const bool is_event = m_tracks[i].column < RecipeFirstInput;
             for (const RecipeSpan& span : m_tracks[i].spans) {
                 const QRectF bar(
                     QPointF(time.transform(double(span.start_s)), place.transform(i - half_height)),
                     QPointF(time.transform(double(span.end_s)), place.transform(i + half_height)));
-                painter->fillRect(bar.normalized(), is_event ? EVENT_COLOR : INPUT_COLOR);
+                painter->fillRect(bar.normalized(), is_event ? EventColor : InputColor);
             }
         }
     }
@@ -96,7 +96,7 @@ private:
 
 void addGrid(QwtPlot& plot, bool with_levels) {
     QwtPlotGrid* const grid = new QwtPlotGrid;
-    grid->setMajorPen(GRID_COLOR, 1);
+    grid->setMajorPen(GridColor, 1);
     grid->enableY(with_levels);
     grid->setZ(1);
     grid->attach(&plot);
@@ -110,7 +110,7 @@ void setTitle(QwtPlot& plot, QwtPlot::Axis axis, const QString& words) {
 
 void setTimeScale(QwtPlot& plot, const RecipeProfile& profile) {
     const qint64 duration = profile.durationSecs();
-    const qint64 distance = niceClockDistance(duration, MOST_TIME_MARKS);
+    const qint64 distance = niceClockDistance(duration, MostTimeMarks);
     const bool with_seconds = distance % 60 != 0;
     QList<double> marks;
     for (qint64 time = 0; time <= duration; time += distance)
@@ -126,7 +126,7 @@ QwtPlotMarker* addText(QwtPlot& plot, const QPointF& place, const QString& words
     QFont font = plot.font();
     font.setPointSize(points);
     text.setFont(font);
-    text.setColor(FAINT_TEXT);
+    text.setColor(FaintText);
     QwtPlotMarker* const marker = new QwtPlotMarker;
     marker->setValue(place);
     marker->setLabel(text);
@@ -139,28 +139,28 @@ QwtPlotMarker* addText(QwtPlot& plot, const QPointF& place, const QString& words
 /** A band of colour behind the curve for every stretch with one PID group. */
 void addPidGroups(QwtPlot& plot, const RecipeProfile& profile) {
     const double duration = double(profile.durationSecs());
-    const QVector<RecipeSpan> groups = profile.spans(RECIPE_PID_GROUP);
+    const QVector<RecipeSpan> groups = profile.spans(RecipePidGroup);
     for (int i = 0; i < groups.size(); ++i) {
         const double start = double(groups[i].start_s);
         const double end = double(groups[i].end_s);
         QwtPlotZoneItem* const band = new QwtPlotZoneItem;
         band->setOrientation(Qt::Vertical);
         band->setInterval(start, end);
-        band->setBrush(BAND_COLORS[i % 2]);
+        band->setBrush(BandColors[i % 2]);
         band->setPen(QPen(Qt::NoPen));
         band->setZ(0);
         band->attach(&plot);
-        if (end - start >= NARROWEST_PID_LABEL * duration)
-            addText(plot, QPointF((start + end) / 2, PID_LABEL_HEIGHT * profile.highest()),
+        if (end - start >= NarrowestPidLabel * duration)
+            addText(plot, QPointF((start + end) / 2, PidLabelHeight * profile.highest()),
                     QStringLiteral("PID %1").arg(groups[i].value), 11);
     }
 }
 
 /** What fits into that share of the picture's width. */
 QString programLabel(const RecipeProgram& program, double share) {
-    if (program.number == 0 || share < NARROWEST_NUMBER)
+    if (program.number == 0 || share < NarrowestNumber)
         return QString();
-    return share < NARROWEST_LABEL ? QString::number(program.number) : recipeLabel(program.number);
+    return share < NarrowestLabel ? QString::number(program.number) : recipeLabel(program.number);
 }
 
 /** Where programs end, and their labels. */
@@ -169,14 +169,13 @@ void addPrograms(QwtPlot& plot, const RecipeProfile& profile) {
         const double width = double(segment.end_s - segment.start_s);
         QwtPlotMarker* const border = new QwtPlotMarker;
         border->setLineStyle(QwtPlotMarker::VLine);
-        border->setLinePen(FAINT_TEXT, 1, Qt::DotLine);
+        border->setLinePen(FaintText, 1, Qt::DotLine);
         border->setXValue(double(segment.end_s));
         border->setItemAttribute(QwtPlotItem::Legend, false);
         border->setZ(2);
         border->attach(&plot);
         const QString label = programLabel(segment.program, width / double(profile.durationSecs()));
-        addText(plot,
-                QPointF(double(segment.start_s) + width / 2, LABEL_HEIGHT * profile.highest()),
+        addText(plot, QPointF(double(segment.start_s) + width / 2, LabelHeight * profile.highest()),
                 label, 10);
     }
 }
@@ -184,8 +183,8 @@ void addPrograms(QwtPlot& plot, const RecipeProfile& profile) {
 void addSoakBand(QwtPlot& plot, const RecipeProfile& profile) {
     QVector<QwtIntervalSample> samples;
     for (const RecipeSegment& segment : profile.segments) {
-        const double above = segment.program.value(RECIPE_SOAK_PLUS);
-        const double below = segment.program.value(RECIPE_SOAK_MINUS);
+        const double above = segment.program.value(RecipeSoakPlus);
+        const double below = segment.program.value(RecipeSoakMinus);
         samples.append(
             QwtIntervalSample(double(segment.start_s), segment.from - below, segment.from + above));
         samples.append(
@@ -194,7 +193,7 @@ void addSoakBand(QwtPlot& plot, const RecipeProfile& profile) {
     QwtPlotIntervalCurve* const band =
         new QwtPlotIntervalCurve(QStringLiteral("guaranteed soak, G. SOAK + and -"));
     band->setSamples(samples);
-    band->setBrush(SOAK_COLOR);
+    band->setBrush(SoakColor);
     band->setPen(QPen(Qt::NoPen));
     band->setZ(3);
     band->attach(&plot);
@@ -202,9 +201,9 @@ void addSoakBand(QwtPlot& plot, const RecipeProfile& profile) {
 
 void addCurve(QwtPlot& plot, const RecipeProfile& profile) {
     QwtPlotCurve* const curve =
-        new QwtPlotCurve(QStringLiteral("set temperature, ") + recipeTitles()[RECIPE_TEMPERATURE]);
+        new QwtPlotCurve(QStringLiteral("set temperature, ") + recipeTitles()[RecipeTemperature]);
     curve->setSamples(profile.curve());
-    curve->setPen(QColor(RECIPE_CURVE_COLOR), 2.5);
+    curve->setPen(QColor(RecipeCurveColor), 2.5);
     curve->setRenderHint(QwtPlotItem::RenderAntialiased);
     curve->setLegendAttribute(QwtPlotCurve::LegendShowLine);
     curve->setLegendIconSize(QSize(28, 12));
@@ -229,8 +228,8 @@ QwtPlot* makeCurvePlot(const RecipeProfile& profile, QWidget* parent) {
     setTimeScale(*plot, profile);
     const double highest = std::max(1.0, profile.highest());
     plot->setAxisScaleDraw(QwtPlot::yLeft, new DegreeScaleDraw);
-    plot->setAxisScale(QwtPlot::yLeft, 0, highest * HEADROOM,
-                       niceDistance(highest, MOST_TEMPERATURE_MARKS));
+    plot->setAxisScale(QwtPlot::yLeft, 0, highest * Headroom,
+                       niceDistance(highest, MostTemperatureMarks));
     setTitle(*plot, QwtPlot::yLeft, QStringLiteral("temperature (°C)"));
     addGrid(*plot, true);
     addPidGroups(*plot, profile);
@@ -275,7 +274,7 @@ void alignPlots(QwtPlot& upper, QwtPlot& lower) {
     }
     for (QwtPlot* plot : {&upper, &lower}) {
         plot->axisScaleDraw(QwtPlot::yLeft)->setMinimumExtent(extent);
-        plot->axisWidget(QwtPlot::yLeft)->setSpacing(TITLE_GAP);
+        plot->axisWidget(QwtPlot::yLeft)->setSpacing(TitleGap);
     }
 }
 

@@ -7,13 +7,13 @@ namespace host {
 
 namespace {
 
-constexpr qint64 MINUTE = 60;
-constexpr qint64 HOUR = 60 * MINUTE;
-constexpr qint64 DAY = 24 * HOUR;
+constexpr qint64 Minute = 60;
+constexpr qint64 Hour = 60 * Minute;
+constexpr qint64 Day = 24 * Hour;
 
 qint64 durationOf(const RecipeProgram& program) {
-    return program.value(RECIPE_HOURS) * HOUR + program.value(RECIPE_MINUTES) * MINUTE +
-           program.value(RECIPE_SECONDS);
+    return program.value(RecipeHours) * Hour + program.value(RecipeMinutes) * Minute +
+           program.value(RecipeSeconds);
 }
 
 bool isEverOn(const QVector<RecipeSpan>& spans) {
@@ -55,7 +55,7 @@ QVector<RecipeSpan> RecipeProfile::spans(int column) const {
 
 QVector<RecipeTrack> RecipeProfile::tracks() const {
     QVector<RecipeTrack> found;
-    for (int column = RECIPE_FIRST_EVENT; column < RECIPE_FIELDS; ++column) {
+    for (int column = RecipeFirstEvent; column < RecipeFields; ++column) {
         QVector<RecipeSpan> all = spans(column);
         if (!isEverOn(all))
             continue;
@@ -76,7 +76,7 @@ RecipeProfile recipeProfile(const QVector<RecipeProgram>& programs, RecipeCourse
         segment.program = program;
         segment.start_s = profile.durationSecs();
         segment.end_s = segment.start_s + durationOf(program);
-        segment.to = program.value(RECIPE_TEMPERATURE);
+        segment.to = program.value(RecipeTemperature);
         const bool ramps = course == RecipeCourse::Ramp && !profile.segments.isEmpty();
         segment.from = ramps ? profile.segments.last().to : segment.to;
         profile.segments.append(segment);
@@ -86,10 +86,10 @@ RecipeProfile recipeProfile(const QVector<RecipeProgram>& programs, RecipeCourse
 
 QString clockText(qint64 seconds, bool with_seconds) {
     QString text = QStringLiteral("%1:%2")
-                       .arg(seconds / HOUR)
-                       .arg(seconds % HOUR / MINUTE, 2, 10, QLatin1Char('0'));
+                       .arg(seconds / Hour)
+                       .arg(seconds % Hour / Minute, 2, 10, QLatin1Char('0'));
     if (with_seconds)
-        text += QStringLiteral(":%1").arg(seconds % MINUTE, 2, 10, QLatin1Char('0'));
+        text += QStringLiteral(":%1").arg(seconds % Minute, 2, 10, QLatin1Char('0'));
     return text;
 }
 
@@ -106,12 +106,12 @@ double niceDistance(double end, int most) {
 qint64 niceClockDistance(qint64 end_s, int most) {
     const double least = double(end_s) / std::max(most, 1);
     for (qint64 distance : {qint64(1), qint64(2), qint64(5), qint64(10), qint64(15), qint64(30),
-                            MINUTE, 2 * MINUTE, 5 * MINUTE, 10 * MINUTE, 15 * MINUTE, 30 * MINUTE,
-                            HOUR, 2 * HOUR, 3 * HOUR, 6 * HOUR, 12 * HOUR, DAY}) {
+                            Minute, 2 * Minute, 5 * Minute, 10 * Minute, 15 * Minute, 30 * Minute,
+                            Hour, 2 * Hour, 3 * Hour, 6 * Hour, 12 * Hour, Day}) {
         if (double(distance) >= least)
             return distance;
     }
-    return qint64(niceDistance(double(end_s) / double(DAY), most)) * DAY;
+    return qint64(niceDistance(double(end_s) / double(Day), most)) * Day;
 }
 
 } // namespace host

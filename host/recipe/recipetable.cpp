@@ -27,13 +27,13 @@ QStringList segmentRow(const RecipeSegment& segment) {
     return {numberText(program),
             clockText(segment.start_s, true),
             clockText(segment.end_s - segment.start_s, true),
-            QString::number(program.value(RECIPE_TEMPERATURE)),
+            QString::number(program.value(RecipeTemperature)),
             QStringLiteral("+%1 -%2")
-                .arg(program.value(RECIPE_SOAK_PLUS))
-                .arg(program.value(RECIPE_SOAK_MINUS)),
-            QString::number(program.value(RECIPE_PID_GROUP)),
-            switchesText(program, RECIPE_FIRST_EVENT, RECIPE_EVENTS),
-            switchesText(program, RECIPE_FIRST_INPUT, RECIPE_INPUTS)};
+                .arg(program.value(RecipeSoakPlus))
+                .arg(program.value(RecipeSoakMinus)),
+            QString::number(program.value(RecipePidGroup)),
+            switchesText(program, RecipeFirstEvent, RecipeEvents),
+            switchesText(program, RecipeFirstInput, RecipeInputs)};
 }
 
 } // namespace

@@ -21,7 +21,7 @@ struct Mark {
     const char* encoding; // null: the right one
 };
 
-const std::array<Mark, 5> MARKS = {{
+const std::array<Mark, 5> Marks = {{
     {QByteArray("\xFF\xFE\0\0", 4), "UTF-32"},
     {QByteArray("\0\0\xFE\xFF", 4), "UTF-32"},
     {QByteArray("\xFF\xFE"), nullptr},
@@ -30,7 +30,7 @@ const std::array<Mark, 5> MARKS = {{
 }};
 
 const Mark* markOf(const QByteArray& content) {
-    for (const Mark& mark : MARKS) {
+    for (const Mark& mark : Marks) {
         if (content.startsWith(mark.bytes))
             return &mark;
     }

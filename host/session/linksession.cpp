@@ -12,11 +12,11 @@ namespace host {
 
 namespace {
 
-constexpr qint64 DRIVER_TIMEOUT_MS = 3000; // the driver's shortest patience per attempt
-constexpr int FRAME_ADDRESSES = 50;        // that the driver reads with one request
-constexpr qint64 ERROR_GRACE_MS = 200;     // for a failure's text to show up
+constexpr qint64 DriverTimeoutMsecs = 3000; // the driver's shortest patience per attempt
+constexpr int FrameAddresses = 50;          // that the driver reads with one request
+constexpr qint64 ErrorGraceMsecs = 200;     // for a failure's text to show up
 
-const char INTERRUPTED[] = "interrupted";
+const char Interrupted[] = "interrupted";
 
 /** The station that a driver's error text names; 0: none. */
 int stationIn(const QString& error) {
@@ -31,7 +31,7 @@ quint64 scanFrames(const QVector<TagDefinition>& tags) {
         dwords[tag.station] += tag.dwords();
     quint64 frames = 0;
     for (const int count : std::as_const(dwords))
-        frames += quint64((count + FRAME_ADDRESSES - 1) / FRAME_ADDRESSES);
+        frames += quint64((count + FrameAddresses - 1) / FrameAddresses);
     return frames;
 }
 
@@ -85,16 +85,16 @@ void LinkSession::setSession(const QVector<TagDefinition>& tags) {
 
 qint64 LinkSession::patienceMsecs() const {
     const qint64 timeout = m_port->responseTimeout();
-    return std::max(DRIVER_TIMEOUT_MS, timeout) * (m_port->retryCount() + 1);
+    return std::max(DriverTimeoutMsecs, timeout) * (m_port->retryCount() + 1);
 }
 
 QString LinkSession::failureText(int station) {
     Watch watch;
-    watch.deadline = m_clock.msecsSinceBoot() + ERROR_GRACE_MS;
+    watch.deadline = m_clock.msecsSinceBoot() + ErrorGraceMsecs;
     while (tick(watch) && watch.error.isEmpty()) {
     }
     if (m_cancelled)
-        return QLatin1String(INTERRUPTED);
+        return QLatin1String(Interrupted);
     const QString own = stationError(station);
     if (!own.isEmpty() || !watch.error.isEmpty())
         return own.isEmpty() ? watch.error : own;
@@ -103,7 +103,7 @@ QString LinkSession::failureText(int station) {
 
 TagResult LinkSession::read(const TagDefinition& tag) {
     if (m_cancelled)
-        return {QByteArray(), QLatin1String(INTERRUPTED)};
+        return {QByteArray(), QLatin1String(Interrupted)};
     m_port->setStationId(tag.station);
     const QByteArray data = m_driver->read(m_port.get(), tag.command());
     if (data.isEmpty())
@@ -165,7 +165,7 @@ bool LinkSession::tick(Watch& watch) {
         watch.write_error = error;
     if (m_cancelled || m_clock.msecsSinceBoot() >= watch.deadline)
         return false;
-    m_clock.sleepMsecs(LOOK_INTERVAL_MS);
+    m_clock.sleepMsecs(LookIntervalMsecs);
     return true;
 }
 
@@ -184,7 +184,7 @@ Result<void> LinkSession::awaitTurn(int station, bool must_answer) {
         if (tick(watch))
             continue;
         if (m_cancelled)
-            return Failure(QLatin1String(INTERRUPTED));
+            return Failure(QLatin1String(Interrupted));
         if (m_driver->hasError() && !watch.error.isEmpty())
             return Failure(watch.error);
         break;
@@ -255,7 +255,7 @@ TagResult LinkSession::hand(const TagDefinition& tag, const QByteArray& data) {
 TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
                              bool must_read_back) {
     if (m_cancelled)
-        return {QByteArray(), QLatin1String(INTERRUPTED)};
+        return {QByteArray(), QLatin1String(Interrupted)};
     if (tag.address.kind != AddressKind::Data)
         return hand(tag, data); // whatever the state of the line
     const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();

@@ -62,7 +62,7 @@ public:
 
     /** The shortest pause before a request, so the shortest life of an error, is
      *  ten times as long. */
-    static constexpr quint32 LOOK_INTERVAL_MS = 1;
+    static constexpr quint32 LookIntervalMsecs = 1;
 
     /** The last error seen of @p station, empty once it has answered since. Station 0:
      *  errors that name none. */

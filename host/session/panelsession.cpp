@@ -75,7 +75,7 @@ void PanelSession::observe(int msecs) {
     while (!m_cancelled && m_clock.msecsSinceBoot() < deadline) {
         for (auto& [id, link] : m_links)
             link->lookForError();
-        m_clock.sleepMsecs(LinkSession::LOOK_INTERVAL_MS);
+        m_clock.sleepMsecs(LinkSession::LookIntervalMsecs);
     }
 }
 

@@ -11,10 +11,10 @@ struct KnownFormat {
     ValueFormat format;
 };
 
-const KnownFormat KNOWN_FORMATS[] = {{"hex", ValueFormat::Hex},
-                                     {"dec", ValueFormat::Dec},
-                                     {"bits", ValueFormat::Bits},
-                                     {"float", ValueFormat::Float}};
+const KnownFormat KnownFormats[] = {{"hex", ValueFormat::Hex},
+                                    {"dec", ValueFormat::Dec},
+                                    {"bits", ValueFormat::Bits},
+                                    {"float", ValueFormat::Float}};
 
 quint32 elementAt(const QByteArray& data, int bits, int index) {
     if (bits == 1)
@@ -102,7 +102,7 @@ Result<quint32> parseElement(const TagType& type, const QString& text) {
 } // namespace
 
 std::optional<ValueFormat> valueFormatByName(const QString& name) {
-    for (const KnownFormat& known : KNOWN_FORMATS) {
+    for (const KnownFormat& known : KnownFormats) {
         if (name == QLatin1String(known.name))
             return known.format;
     }
@@ -111,7 +111,7 @@ std::optional<ValueFormat> valueFormatByName(const QString& name) {
 
 QStringList valueFormatNames() {
     QStringList names;
-    for (const KnownFormat& known : KNOWN_FORMATS)
+    for (const KnownFormat& known : KnownFormats)
         names.append(QLatin1String(known.name));
     return names;
 }

@@ -15,13 +15,13 @@ namespace host {
 
 namespace {
 
-constexpr QSize PANEL_SIZE(360, 200);
-constexpr int PANEL_COLOR = int(0xffd6dde4);
-const char CHOICE_DIALOG[] = "ambiguousFilesSelectDialog";
+constexpr QSize PanelSize(360, 200);
+constexpr int PanelColor = int(0xffd6dde4);
+const char ChoiceDialog[] = "ambiguousFilesSelectDialog";
 
 MessageCenter* makePanel() {
     MessageCenter* const panel =
-        MessageCenter::initInstance(PANEL_SIZE, PANEL_SIZE, 0, QRect(), PANEL_COLOR);
+        MessageCenter::initInstance(PanelSize, PanelSize, 0, QRect(), PanelColor);
     panel->setAttribute(Qt::WA_DontShowOnScreen);
     return panel;
 }
@@ -66,7 +66,7 @@ bool PanelOperator::eventFilter(QObject* watched, QEvent* event) {
         readNotices();
         QMetaObject::invokeMethod(this, &PanelOperator::readNotices, Qt::QueuedConnection);
     } else if (event->type() == QEvent::Show &&
-               watched->objectName() == QLatin1String(CHOICE_DIALOG)) {
+               watched->objectName() == QLatin1String(ChoiceDialog)) {
         QMetaObject::invokeMethod(this, &PanelOperator::answerDialog, Qt::QueuedConnection);
     }
     return false;
@@ -84,7 +84,7 @@ void PanelOperator::readNotices() {
 
 void PanelOperator::answerDialog() {
     auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (!dialog || dialog->objectName() != QLatin1String(CHOICE_DIALOG))
+    if (!dialog || dialog->objectName() != QLatin1String(ChoiceDialog))
         return;
     auto* const list = dialog->findChild<QListWidget*>();
     const QMutexLocker lock(&m_mutex);

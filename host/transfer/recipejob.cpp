@@ -16,12 +16,12 @@ namespace host {
 
 namespace {
 
-constexpr int MOST_TOLD = 10; // one by one
+constexpr int MostTold = 10; // one by one
 
 /** The driver sends no others: it sets bits 16 to 23 of every value to 0. */
-constexpr quint32 SENT_BITS = 0xff00ffff;
+constexpr quint32 SentBits = 0xff00ffff;
 
-const char PUSHED_IN_PART[] = "the controller may hold a part of the programs; push them again";
+const char PushedInPart[] = "the controller may hold a part of the programs; push them again";
 
 /** The rows of programs in a file; none when the driver would not load it. */
 std::optional<QList<QStringList>> loadRows(const QString& path) {
@@ -59,7 +59,7 @@ QStringList misplacedRows(const QList<QStringList>& rows, int count) {
 bool canBeWritten(const QList<QStringList>& rows, int count) {
     bool is_good = true;
     for (const QStringList& row : rows.mid(0, count)) {
-        for (int column = 1; column <= RECIPE_COLUMNS && is_good; ++column)
+        for (int column = 1; column <= RecipeColumns && is_good; ++column)
             row.value(column).toUInt(&is_good, 10);
     }
     return is_good;
@@ -67,9 +67,9 @@ bool canBeWritten(const QList<QStringList>& rows, int count) {
 
 /** The first of @p texts, and how many more there are. */
 QStringList shortened(const QStringList& texts) {
-    QStringList shown = texts.mid(0, MOST_TOLD);
-    if (texts.size() > MOST_TOLD)
-        shown.append(QString::fromLatin1("and %1 more").arg(texts.size() - MOST_TOLD));
+    QStringList shown = texts.mid(0, MostTold);
+    if (texts.size() > MostTold)
+        shown.append(QString::fromLatin1("and %1 more").arg(texts.size() - MostTold));
     return shown;
 }
 
@@ -240,19 +240,19 @@ RecipeReport RecipeJob::push() {
         report.problems.append(
             QStringLiteral("the file cannot be compared with what the controller holds"));
     else if (rows && canBeWritten(*rows, m_order.count))
-        report.problems.append(QLatin1String(PUSHED_IN_PART));
+        report.problems.append(QLatin1String(PushedInPart));
     return report;
 }
 
 QStringList RecipeJob::differences(const QStringList& row, int number,
                                    const QByteArray& held) const {
     QStringList texts;
-    for (int i = 0; i < RECIPE_COLUMNS; ++i) {
+    for (int i = 0; i < RecipeColumns; ++i) {
         const QString field = row.value(i + 1);
         const quint32 value = qFromLittleEndian<quint32>(held.constData() + 4 * i);
         if (field.toUInt() == value)
             continue;
-        const bool is_cut = (field.toUInt() & SENT_BITS) == value;
+        const bool is_cut = (field.toUInt() & SentBits) == value;
         texts.append(
             QString::fromLatin1("program %1, value %2: the file says %3, the controller holds %4%5")
                 .arg(number)

@@ -13,7 +13,7 @@ class PanelOperator;
 struct RecipeOrder {
     RecipeSlots slots_known; // of the link, for the programs that are wanted
     int program_id = 0;
-    int count = RECIPE_PROGRAMS;
+    int count = RecipePrograms;
     QString stick;              // a folder that is this process's stick; empty: the mounted one
     QString file;               // of a push: which of several files; empty: there is only one
     bool ignore_labels = false; // of a push: rows may be labelled for other programs

@@ -6,9 +6,9 @@ namespace host {
 
 namespace {
 
-constexpr quint32 FIRST_SLOT = 0x1000;
-constexpr quint32 SLOT_DISTANCE = 0x20;
-constexpr int TAG_TEXT_LENGTH = 6; // of "NA13E0": the driver compares texts
+constexpr quint32 FirstSlot = 0x1000;
+constexpr quint32 SlotDistance = 0x20;
+constexpr int TagTextLength = 6; // of "NA13E0": the driver compares texts
 
 bool isOfStation(const TagDefinition& tag, int link_id, int station) {
     return tag.link_id == link_id && tag.station == station &&
@@ -33,7 +33,7 @@ QSet<quint32> namedDwords(const Project& project, int link_id, int station) {
     for (const TagDefinition& tag : project.tags) {
         if (!isOfStation(tag, link_id, station) || tag.address.station ||
             !tag.address.text.startsWith(QLatin1String("NA")) ||
-            tag.address.text.size() != TAG_TEXT_LENGTH)
+            tag.address.text.size() != TagTextLength)
             continue;
         for (int i = 0; i < tag.dwords(); ++i)
             named.insert(tag.address.dword + quint32(i));
@@ -47,14 +47,14 @@ TagDefinition slotTag(int number, int link_id, int station) {
     tag.address =
         *parseProjectAddress(QString::fromLatin1("NA%1").arg(recipeSlotAddress(number), 0, 16));
     tag.type = *tagTypeByName(QStringLiteral("dword"));
-    tag.count = RECIPE_COLUMNS;
+    tag.count = RecipeColumns;
     tag.link_id = link_id;
     tag.station = station;
     return tag;
 }
 
 bool isWhole(int number, const QSet<quint32>& known) {
-    for (int i = 0; i < RECIPE_COLUMNS; ++i) {
+    for (int i = 0; i < RecipeColumns; ++i) {
         if (!known.contains(recipeSlotAddress(number) + quint32(i)))
             return false;
     }
@@ -64,15 +64,15 @@ bool isWhole(int number, const QSet<quint32>& known) {
 } // namespace
 
 quint32 recipeSlotAddress(int number) {
-    return FIRST_SLOT + SLOT_DISTANCE * quint32(number - 1);
+    return FirstSlot + SlotDistance * quint32(number - 1);
 }
 
 QStringList recipeSlotItems() {
     QStringList items;
-    for (int number = 1; number <= RECIPE_PROGRAMS; ++number)
+    for (int number = 1; number <= RecipePrograms; ++number)
         items.append(QString::fromLatin1("NA%1:dword:%2")
                          .arg(recipeSlotAddress(number), 0, 16)
-                         .arg(RECIPE_COLUMNS));
+                         .arg(RecipeColumns));
     return items;
 }
 
@@ -98,7 +98,7 @@ RecipeSlots recipeSlots(const Project& project, int link_id, int count) {
 QVector<int> linksWithRecipes(const Project& project) {
     QVector<int> links;
     for (const LinkDefinition& link : project.links) {
-        if (recipeSlots(project, link.id, RECIPE_PROGRAMS).unknown.size() < RECIPE_PROGRAMS)
+        if (recipeSlots(project, link.id, RecipePrograms).unknown.size() < RecipePrograms)
             links.append(link.id);
     }
     return links;

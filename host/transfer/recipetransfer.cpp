@@ -8,11 +8,11 @@ namespace host {
 
 namespace {
 
-constexpr int POLL_MS = 50;                 // between two looks at the tags
-constexpr int BEGIN_MS = 5000;              // for the driver's worker to take an order
-constexpr int SETTLE_MS = 10000;            // a transfer's end is shown for 2 s, at most twice
-constexpr qint64 SHORTEST_STALL_MS = 60000; // no transfer stands still for so long
-constexpr int TEMPLATE_ID = -1;
+constexpr int PollMsecs = 50;                // between two looks at the tags
+constexpr int BeginMsecs = 5000;             // for the driver's worker to take an order
+constexpr int SettleMsecs = 10000;           // a transfer's end is shown for 2 s, at most twice
+constexpr qint64 ShortestStallMsecs = 60000; // no transfer stands still for so long
+constexpr int TemplateId = -1;
 
 /** "VVT_ENABLE1" for a pull, "VVT_ENABLE0" for a push. */
 QString transferTag(const char* name, TransferKind kind) {
@@ -81,9 +81,9 @@ bool RecipeTransfer::isSilent() const {
 
 /** The driver shows a line's error only for a moment: so it is looked for often. */
 void RecipeTransfer::pass(int msecs) {
-    for (int waited = 0; waited < msecs; waited += int(LinkSession::LOOK_INTERVAL_MS)) {
+    for (int waited = 0; waited < msecs; waited += int(LinkSession::LookIntervalMsecs)) {
         m_link.lookForError();
-        m_clock.sleepMsecs(LinkSession::LOOK_INTERVAL_MS);
+        m_clock.sleepMsecs(LinkSession::LookIntervalMsecs);
     }
 }
 
@@ -99,7 +99,7 @@ bool RecipeTransfer::await(TransferKind kind, int msecs,
             return true;
         if (m_clock.msecsSinceBoot() >= deadline)
             return false;
-        pass(POLL_MS);
+        pass(PollMsecs);
     }
 }
 
@@ -107,7 +107,7 @@ bool RecipeTransfer::await(TransferKind kind, int msecs,
 void RecipeTransfer::settle(TransferKind kind) {
     Flags ignored;
     await(
-        kind, SETTLE_MS, [](const Flags& now) { return !now.running && now.percent == 0; },
+        kind, SettleMsecs, [](const Flags& now) { return !now.running && now.percent == 0; },
         ignored);
 }
 
@@ -119,7 +119,7 @@ void RecipeTransfer::settle() {
 Result<void> RecipeTransfer::start(TransferKind kind, int program_id, int count) {
     const bool is_push = kind == TransferKind::Push;
     const std::pair<const char*, int> order[] = {
-        {"VVT_PROG_ID0", kind == TransferKind::Template ? TEMPLATE_ID : program_id},
+        {"VVT_PROG_ID0", kind == TransferKind::Template ? TemplateId : program_id},
         {"VVT_PROG_COUNT0", count},
         {is_push ? "VVT_ERROR0" : "VVT_ERROR1", 0}, // a pull leaves that of an earlier one
         {is_push ? "VVT_ENABLE0" : "VVT_ENABLE1", 1}};
@@ -131,7 +131,7 @@ Result<void> RecipeTransfer::start(TransferKind kind, int program_id, int count)
 }
 
 TransferEnd RecipeTransfer::follow(TransferKind kind, const Progress& progress) {
-    const qint64 stall_ms = std::max(SHORTEST_STALL_MS, 2 * m_link.patienceMsecs());
+    const qint64 stall_ms = std::max(ShortestStallMsecs, 2 * m_link.patienceMsecs());
     TransferEnd end;
     progress(0);
     for (Flags now; end.error.isEmpty() && !end.completed && !end.failed;) {
@@ -166,7 +166,7 @@ TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
     Flags now;
     // A template that cannot be saved is over at once: only its notice tells.
     const bool has_begun = await(
-        kind, BEGIN_MS, [](const Flags& next) { return next.hasBegun(); }, now);
+        kind, BeginMsecs, [](const Flags& next) { return next.hasBegun(); }, now);
     end.error = now.error;
     return has_begun ? follow(kind, progress) : end;
 }

@@ -22,7 +22,7 @@ const Letter LETTERS[] = {
     {'x', PackField::Zeros, 1, false, true},  {'X', PackField::Skip, 1, false, true},
 };
 
-const qint64 MAX_SIZE = std::numeric_limits<int>::max();
+const qint64 LargestSize = std::numeric_limits<int>::max();
 
 const Letter* findLetter(char letter) {
     for (const Letter& known : LETTERS) {
@@ -52,7 +52,7 @@ bool PackFormat::next() {
         return fail(counted);
     if (count == 0 && letter->kind == PackField::Value)
         return fail(counted);
-    if (m_size + count * letter->group > MAX_SIZE)
+    if (m_size + count * letter->group > LargestSize)
         return fail(counted);
 
     ++m_rest;
@@ -70,7 +70,7 @@ bool PackFormat::next() {
 qint64 PackFormat::readCount() {
     qint64 count = 0;
     for (; isDigit(*m_rest); ++m_rest)
-        count = qMin(count * 10 + (*m_rest - '0'), MAX_SIZE + 1);
+        count = qMin(count * 10 + (*m_rest - '0'), LargestSize + 1);
     return count;
 }
 

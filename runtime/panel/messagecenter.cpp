@@ -12,10 +12,10 @@
 
 namespace {
 
-const int touch_strip = 24; // pixels at the top
-const int auto_hide_ms = 6000;
-const int slide_tick_ms = 100;
-const char instance_property[] = "MessageCenter";
+const int TouchStrip = 24; // pixels at the top
+const int AutoHideMsecs = 6000;
+const int SlideTickMsecs = 100;
+const char InstanceProperty[] = "MessageCenter";
 
 } // namespace
 
@@ -51,14 +51,14 @@ MessageCenter::MessageCenter(QSize max_size, QSize size, int dock_edge, QRect do
     deliverPendingResize();
     move(hiddenPos);
     connectChecked(ui.list, SIGNAL(scrollClicked()), this, SLOT(scrollClicked()));
-    qApp->setProperty(instance_property, QVariant::fromValue(static_cast<void*>(this)));
+    qApp->setProperty(InstanceProperty, QVariant::fromValue(static_cast<void*>(this)));
 }
 
 MessageCenter::~MessageCenter() {
     if (m_instance == this)
         m_instance = nullptr;
-    if (qApp && qApp->property(instance_property).value<void*>() == this)
-        qApp->setProperty(instance_property, QVariant());
+    if (qApp && qApp->property(InstanceProperty).value<void*>() == this)
+        qApp->setProperty(InstanceProperty, QVariant());
 }
 
 void MessageCenter::buildForm() {
@@ -79,14 +79,14 @@ void MessageCenter::buildForm() {
 
     ui.horizontalLayout = new QHBoxLayout(this);
     ui.horizontalLayout->setObjectName(QLatin1String("horizontalLayout"));
-    ui.horizontalLayout->setContentsMargins(-1, touch_strip, -1, -1); // -1: the style's own
+    ui.horizontalLayout->setContentsMargins(-1, TouchStrip, -1, -1); // -1: the style's own
     ui.horizontalLayout->addWidget(ui.list);
 }
 
 void MessageCenter::setUpTimers() {
-    animTimer->setInterval(slide_tick_ms);
+    animTimer->setInterval(SlideTickMsecs);
     connectChecked(animTimer, SIGNAL(timeout()), this, SLOT(timerOut()));
-    autoHideTimer->setInterval(auto_hide_ms);
+    autoHideTimer->setInterval(AutoHideMsecs);
     autoHideTimer->setSingleShot(true);
     connectChecked(autoHideTimer, SIGNAL(timeout()), this, SLOT(_hideWrapper()));
     connectChecked(ui.list, SIGNAL(clicked(QModelIndex)), autoHideTimer, SLOT(start()));

@@ -7,8 +7,8 @@
 
 namespace {
 
-const int max_entries = 100;
-const int widget_inset = 5; // an entry's widget is narrower than the list
+const int MaxEntries = 100;
+const int WidgetInset = 5; // an entry's widget is narrower than the list
 
 QList<QColor> standardItemColors() {
     return QList<QColor>() << QColor(255, 255, 255) << QColor(255, 255, 204)
@@ -56,7 +56,7 @@ QListWidgetItem* MessageCenter::addEntry(const QString& message) {
     MessageCenterItemWidget* widget = new MessageCenterItemWidget;
     item->setSizeHint(widget->size()); // the form's size, not yet the entry's
     widget->setMessage(message);
-    widget->setFixedSize(ui.list->width() - widget_inset, MessageCenterItemWidget::EntryHeight);
+    widget->setFixedSize(ui.list->width() - WidgetInset, MessageCenterItemWidget::EntryHeight);
 
     ui.list->insertItem(0, item);
     ui.list->setItemWidget(item, widget);
@@ -68,7 +68,7 @@ QListWidgetItem* MessageCenter::addEntry(const QString& message) {
 /** The oldest entry makes room. Its sender stays known, without an item: the
  *  next notice from it makes a new entry. */
 void MessageCenter::dropOldestEntry() {
-    if (ui.list->count() <= max_entries)
+    if (ui.list->count() <= MaxEntries)
         return;
     QListWidgetItem* oldest = ui.list->takeItem(ui.list->count() - 1);
     const SenderItems::iterator found = findSender(oldest);

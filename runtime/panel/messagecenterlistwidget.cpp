@@ -10,7 +10,7 @@
 
 namespace {
 
-const int page_wheel_delta = 200; // eighths of a degree for one arrow click
+const int PageWheelDelta = 200; // eighths of a degree for one arrow click
 
 } // namespace
 
@@ -73,11 +73,11 @@ void MessageCenterListWidget::setScrollVisible(bool visible) {
 }
 
 void MessageCenterListWidget::previousClicked() {
-    turnWheel(page_wheel_delta);
+    turnWheel(PageWheelDelta);
 }
 
 void MessageCenterListWidget::nextClicked() {
-    turnWheel(-page_wheel_delta);
+    turnWheel(-PageWheelDelta);
 }
 
 void MessageCenterListWidget::turnWheel(int delta) {

@@ -10,7 +10,7 @@
 
 namespace {
 
-const QStringList TWO_STATIONS = {QStringLiteral("--stations"), QStringLiteral("1,2")};
+const QStringList TwoStations = {QStringLiteral("--stations"), QStringLiteral("1,2")};
 
 QStringList plain(const QString& port, const QStringList& command) {
     return QStringList{"--port", port} + command;
@@ -75,14 +75,14 @@ TEST(EndToEnd, PrintsJson) {
 }
 
 TEST(EndToEnd, ReadsEveryTagOfTheSampleProject) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     const Ended ended = control(onSample(line.port(), {"--json", "read"}));
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
     EXPECT_EQ(jsonArray(ended).size(), 23 + 32);
 }
 
 TEST(EndToEnd, WritesTagsOfBothStations) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     const Ended ended =
         control(onSample(line.port(), {"write", "Zone 1 set point=850", "Gas flow=-5"}));
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
@@ -91,7 +91,7 @@ TEST(EndToEnd, WritesTagsOfBothStations) {
 }
 
 TEST(EndToEnd, MergesWrittenBitsWithTheOthers) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     line.command("set 1 0x102000 0x80000002");
     const Ended ended = control(onSample(line.port(), {"write", "Heating=1"}));
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);

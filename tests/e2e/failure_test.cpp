@@ -13,10 +13,10 @@
 
 namespace {
 
-const QStringList TWO_STATIONS = {"--stations", "1,2"};
-const QStringList IMPATIENT = {"--timeout", "100", "--retries",
+const QStringList TwoStations = {"--stations", "1,2"};
+const QStringList Impatient = {"--timeout", "100", "--retries",
                                "0"}; // as far as the driver lets it
-constexpr qint64 AT_ONCE_MS = 1000;
+constexpr qint64 AtOnceMsecs = 1000;
 
 /** The panel directory of the sample project. */
 QString builtPanel(const QTemporaryDir& directory) {
@@ -26,17 +26,17 @@ QString builtPanel(const QTemporaryDir& directory) {
 }
 
 Ended readOnPanel(const QString& panel, const QString& port) {
-    return control(QStringList{"--project", panel, "--port", port} + IMPATIENT +
+    return control(QStringList{"--project", panel, "--port", port} + Impatient +
                    QStringList{"read", "Heating"});
 }
 
 } // namespace
 
 TEST(EndToEndFailure, GivesTheDriversTextForAStationThatNeverAnswers) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     line.command("station 2 silent");
     const Ended ended = control(
-        onSample(line.port(), IMPATIENT + QStringList{"read", "Gas flow", "Zone 1 set point"}));
+        onSample(line.port(), Impatient + QStringList{"read", "Gas flow", "Zone 1 set point"}));
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(
         ended.errors.toStdString(),
@@ -47,7 +47,7 @@ TEST(EndToEndFailure, GivesTheDriversTextForAStationThatNeverAnswers) {
 TEST(EndToEndFailure, GivesTheDriversTextForARefusedWrite) {
     SimulatedLine line({"--fault", "end-code:command=WN,value=0x4A"});
     const Ended ended =
-        control(QStringList{"--port", line.port()} + IMPATIENT + QStringList{"write", "NA10=5"});
+        control(QStringList{"--port", line.port()} + Impatient + QStringList{"write", "NA10=5"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.errors.toStdString(),
               std::string("dmc50ctl: write station id#1 address 00000010end code 4AH\n"));
@@ -56,7 +56,7 @@ TEST(EndToEndFailure, GivesTheDriversTextForARefusedWrite) {
 TEST(EndToEndFailure, GivesTheDriversTextForAReplyThatStopsHalfWay) {
     SimulatedLine line({"--fault", "truncate:at=10"});
     const Ended ended =
-        control(QStringList{"--port", line.port()} + IMPATIENT + QStringList{"read", "NA10"});
+        control(QStringList{"--port", line.port()} + Impatient + QStringList{"read", "NA10"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.errors.toStdString(),
               std::string("dmc50ctl: read station id#1 start address 00000010:read: "
@@ -113,7 +113,7 @@ TEST(EndToEndFailure, EndsWatchingWithinASecondOfCtrlC) {
     waited.start();
     program.interrupt();
     EXPECT_EQ(program.end().status, 0);
-    EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
+    EXPECT_LT(waited.elapsed(), AtOnceMsecs);
 }
 
 TEST(EndToEndFailure, EndsWithinASecondOfCtrlCOnASilentLine) {
@@ -128,7 +128,7 @@ TEST(EndToEndFailure, EndsWithinASecondOfCtrlCOnASilentLine) {
     waited.start();
     program.interrupt();
     EXPECT_EQ(program.end().status, 130);
-    EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
+    EXPECT_LT(waited.elapsed(), AtOnceMsecs);
 }
 
 TEST(EndToEndFailure, SaysOnceThatTheTraceIsFullAndReadsOn) {
@@ -181,14 +181,14 @@ TEST(EndToEndFailure, NamesThePlaceOfAMistakeInAProject) {
 }
 
 TEST(EndToEndFailure, RunsOnAPanelDirectoryThatWasBuilt) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     QTemporaryDir directory;
     const Ended ended = readOnPanel(builtPanel(directory), line.port());
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
 }
 
 TEST(EndToEndFailure, GivesTheDriversTextForAMissingLink) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     QTemporaryDir directory;
     const QString panel = builtPanel(directory);
     {
@@ -205,7 +205,7 @@ TEST(EndToEndFailure, GivesTheDriversTextForAMissingLink) {
 }
 
 TEST(EndToEndFailure, GivesTheDriversTextForADatabaseThatCannotBeOpened) {
-    SimulatedLine line(TWO_STATIONS);
+    SimulatedLine line(TwoStations);
     QTemporaryDir directory;
     const QString panel = builtPanel(directory);
     const QString database = panel + "/compile/database/database";

@@ -24,11 +24,11 @@
 
 namespace {
 
-constexpr QRgb desktop_color = 0xff263442;
-constexpr QRgb bar_color = 0xff3d5166;
-constexpr QRgb panel_color = 0xffd6dde4;
-const QRect bar(0, 400, 800, 56); // the panel docks above it
-constexpr QSize panel_size(360, 200);
+constexpr QRgb DesktopColor = 0xff263442;
+constexpr QRgb BarColor = 0xff3d5166;
+constexpr QRgb PanelColor = 0xffd6dde4;
+const QRect Bar(0, 400, 800, 56); // the panel docks above it
+constexpr QSize PanelSize(360, 200);
 
 QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
@@ -59,29 +59,29 @@ protected:
         fakePlatform().x86_hmi = true;
         KBuzzer::getInstance()->setBuzzerEnabled(true);
         m_desktop.setGeometry(QApplication::primaryScreen()->geometry());
-        m_desktop.setPalette(QColor(desktop_color));
-        m_bar.setGeometry(bar);
-        m_bar.setPalette(QColor(bar_color));
+        m_desktop.setPalette(QColor(DesktopColor));
+        m_bar.setGeometry(Bar);
+        m_bar.setPalette(QColor(BarColor));
         m_bar.setAutoFillBackground(true);
         m_desktop.show();
         panel.reset(
-            MessageCenter::initInstance(QSize(800, 340), panel_size, 0, bar, int(panel_color)));
+            MessageCenter::initInstance(QSize(800, 340), PanelSize, 0, Bar, int(PanelColor)));
         list = panel->findChild<QListWidget*>();
-        waitForColor(bar.center(), bar_color);
+        waitForColor(Bar.center(), BarColor);
     }
 
     /** Waits until the panel is seen in its place, its height fitting its entries. */
     void waitForPanel(int height) {
         waitUntil([&] { return panel->height() == height; });
-        waitForColor(strip(), panel_color);
+        waitForColor(strip(), PanelColor);
         EXPECT_EQ(
-            QRect(bar.right() - panel_size.width(), bar.top() - height, panel_size.width(), height),
+            QRect(Bar.right() - PanelSize.width(), Bar.top() - height, PanelSize.width(), height),
             panel->geometry());
     }
 
     /** A point of the panel's touch strip. */
     QPoint strip() const {
-        return QPoint(bar.right() - panel_size.width() / 2, bar.top() - panel->height() + 10);
+        return QPoint(Bar.right() - PanelSize.width() / 2, Bar.top() - panel->height() + 10);
     }
 
     QString entry(int row) const {
@@ -179,7 +179,7 @@ TEST_F(MessageWindow, StaysInItsPlaceWhenManySendersSpeakAtOnce) {
     waitForPanel(4 * 61 + 40);
     const QPoint place = panel->pos();
     QTest::qWait(0);
-    waitForColor(strip(), panel_color);
+    waitForColor(strip(), PanelColor);
     EXPECT_EQ(place, panel->pos());
 }
 
@@ -216,7 +216,7 @@ TEST_F(MessageWindow, HidesAndShowsAtATouchOfItsStrip) {
     waitForPanel(2 * 61 + 40);
     const QPoint seen = strip();
     QTest::mouseClick(panel.get(), Qt::LeftButton, Qt::NoModifier, QPoint(100, 10));
-    waitForColor(seen, desktop_color);
+    waitForColor(seen, DesktopColor);
     EXPECT_FALSE(panel->isVisible());
     keep("hidden");
     panel->toggleShowHide();
@@ -229,11 +229,11 @@ TEST_F(MessageWindow, SlidesAwayAndUpAgain) {
     waitForPanel(2 * 61 + 40);
     const QPoint seen = strip();
     ASSERT_TRUE(QMetaObject::invokeMethod(panel.get(), "animatedHide"));
-    slideUntilAt(bar.bottom() + 2);
-    waitForColor(seen, desktop_color);
+    slideUntilAt(Bar.bottom() + 2);
+    waitForColor(seen, DesktopColor);
     keep("slid_away");
     panel->animatedShow();
-    slideUntilAt(bar.top() - panel->height());
+    slideUntilAt(Bar.top() - panel->height());
     waitForPanel(2 * 61 + 40);
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int END_MS = 60000; // a program that takes longer hangs
+constexpr int EndMsecs = 60000; // a program that takes longer hangs
 
 } // namespace
 
@@ -28,12 +28,12 @@ SimulatedLine::~SimulatedLine() {
 
 void SimulatedLine::kill() {
     m_process.kill();
-    m_process.waitForFinished(END_MS);
+    m_process.waitForFinished(EndMsecs);
 }
 
 QString SimulatedLine::readLine() {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(END_MS))
+        if (!m_process.waitForReadyRead(EndMsecs))
             return QString();
     }
     return QString::fromUtf8(m_process.readLine()).trimmed();
@@ -53,18 +53,18 @@ quint32 SimulatedLine::memory(int station, quint32 address) {
 
 ControlProgram::ControlProgram(const QStringList& arguments) {
     m_process.start(QStringLiteral(DMC50CTL), arguments);
-    EXPECT_TRUE(m_process.waitForStarted(END_MS));
+    EXPECT_TRUE(m_process.waitForStarted(EndMsecs));
 }
 
 ControlProgram::~ControlProgram() {
     m_process.kill();
-    m_process.waitForFinished(END_MS);
+    m_process.waitForFinished(EndMsecs);
 }
 
 bool ControlProgram::awaitOutput(const QString& text) {
     QElapsedTimer waited;
     waited.start();
-    while (!m_output.contains(text) && !waited.hasExpired(END_MS)) {
+    while (!m_output.contains(text) && !waited.hasExpired(EndMsecs)) {
         m_process.waitForReadyRead(100);
         m_output += QString::fromUtf8(m_process.readAllStandardOutput());
     }
@@ -76,7 +76,7 @@ void ControlProgram::interrupt() {
 }
 
 Ended ControlProgram::end() {
-    m_process.waitForFinished(END_MS);
+    m_process.waitForFinished(EndMsecs);
     m_output += QString::fromUtf8(m_process.readAllStandardOutput());
     Ended ended;
     if (m_process.state() == QProcess::NotRunning && m_process.exitStatus() == QProcess::NormalExit)

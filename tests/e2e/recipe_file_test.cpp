@@ -13,9 +13,9 @@
 
 namespace {
 
-const QString SAMPLE = QStringLiteral(SAMPLE_PROJECT "/PROG_1.txt");
-const QString GOLDEN = QStringLiteral(TEST_DATA_DIR "/recipes/");
-const QRgb CURVE_COLOR = 0xFFC62828;
+const QString Sample = QStringLiteral(SAMPLE_PROJECT "/PROG_1.txt");
+const QString Golden = QStringLiteral(TEST_DATA_DIR "/recipes/");
+const QRgb CurveColor = 0xFFC62828;
 
 QByteArray contentOf(const QString& path) {
     QFile file(path);
@@ -66,15 +66,15 @@ int pixelsOf(const QImage& picture, QRgb color) {
 } // namespace
 
 TEST(RecipeCheckCommand, PassesGoodFiles) {
-    const Ended sample = control({"recipe", "check", SAMPLE, "--count", "14"});
+    const Ended sample = control({"recipe", "check", Sample, "--count", "14"});
     EXPECT_EQ(sample.status, 0);
-    EXPECT_EQ(sample.output, SAMPLE + ": 14 programs, good\n");
+    EXPECT_EQ(sample.output, Sample + ": 14 programs, good\n");
     EXPECT_EQ(sample.errors, QString());
-    EXPECT_EQ(control({"recipe", "check", GOLDEN + "PROG_template.txt", "--count", "3"}).status, 0);
+    EXPECT_EQ(control({"recipe", "check", Golden + "PROG_template.txt", "--count", "3"}).status, 0);
 }
 
 TEST(RecipeCheckCommand, ListsWhatTheDriverWouldRefuseAndWhatItWouldChange) {
-    const ProgramFile file(replaced(contentOf(SAMPLE), "\t650\t", "\t6S0\t"));
+    const ProgramFile file(replaced(contentOf(Sample), "\t650\t", "\t6S0\t"));
     const Ended refused = control({"recipe", "check", file.path(), "--count", "14"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.output,
@@ -83,14 +83,14 @@ TEST(RecipeCheckCommand, ListsWhatTheDriverWouldRefuseAndWhatItWouldChange) {
                                  "row 4 and column 1)\n") +
                   file.path() + ": 14 programs, 1 refused; the driver would write nothing\n");
 
-    const Ended changed = control({"recipe", "check", GOLDEN + "PROG_7.txt"});
+    const Ended changed = control({"recipe", "check", Golden + "PROG_7.txt"});
     EXPECT_EQ(changed.status, 1);
     EXPECT_TRUE(changed.output.contains("[70000]: the controller would receive 4464"));
     EXPECT_TRUE(changed.output.endsWith("; the controller would not hold what the file says\n"));
 }
 
 TEST(RecipeCheckCommand, PrintsJson) {
-    const ProgramFile file(replaced(contentOf(SAMPLE), "\t650\t", "\t6S0\t"));
+    const ProgramFile file(replaced(contentOf(Sample), "\t650\t", "\t6S0\t"));
     const Ended ended = control({"recipe", "check", "--json", "--count", "14", file.path()});
     EXPECT_EQ(ended.status, 1);
     const QJsonObject result = QJsonDocument::fromJson(ended.output.toUtf8()).object();
@@ -107,7 +107,7 @@ TEST(RecipeCheckCommand, PrintsJson) {
 }
 
 TEST(RecipeCheckCommand, NeverTakesACutFileForTheWholeOne) {
-    const QByteArray template_file = contentOf(GOLDEN + "PROG_template.txt");
+    const QByteArray template_file = contentOf(Golden + "PROG_template.txt");
     const int titles = template_file.indexOf(wide("\n")) + 2;
     const QByteArray whole = template_file.left(template_file.indexOf(wide("\n"), titles) + 2);
     ProgramFile file(whole);
@@ -173,7 +173,7 @@ TEST(RecipeCheckCommand, FailsWithoutAFile) {
 }
 
 TEST(RecipeShowCommand, PrintsProgramsCourseAndEvents) {
-    const Ended ended = control({"recipe", "show", "--ascii", SAMPLE});
+    const Ended ended = control({"recipe", "show", "--ascii", Sample});
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
     const QStringList lines = ended.output.split('\n');
     EXPECT_EQ(lines[0], QStringLiteral("PROGRAM  START    TIME     TEMP °C  SOAK     PID  EVENTS   "
@@ -191,23 +191,23 @@ TEST(RecipeShowCommand, DrawsTheCurveIntoAPictureWithoutADisplay) {
     const QString path = folder.pathOf("course.png");
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     qputenv("QT_QPA_PLATFORM", "linuxfb:fb=/nowhere"); // a display that is not there
-    const Ended ended = control({"recipe", "show", SAMPLE, "--png", path});
+    const Ended ended = control({"recipe", "show", Sample, "--png", path});
     qputenv("QT_QPA_PLATFORM", platform);
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
     const QImage picture(path);
     ASSERT_FALSE(picture.isNull());
-    EXPECT_GT(pixelsOf(picture, CURVE_COLOR), 1000);
+    EXPECT_GT(pixelsOf(picture, CurveColor), 1000);
 }
 
 TEST(RecipeShowCommand, FailsWhereThePictureCannotBeWritten) {
-    const Ended ended = control({"recipe", "show", SAMPLE, "--png", "/nowhere/course.png"});
+    const Ended ended = control({"recipe", "show", Sample, "--png", "/nowhere/course.png"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_TRUE(ended.errors.contains("dmc50ctl: /nowhere/course.png: No such file or directory"))
         << qPrintable(ended.errors);
 }
 
 TEST(RecipeShowCommand, ShowsWhatIsReadableAndSaysThatTheRestIsNot) {
-    const ProgramFile file(replaced(contentOf(SAMPLE), "\t650\t", "\t6S0\t"));
+    const ProgramFile file(replaced(contentOf(Sample), "\t650\t", "\t6S0\t"));
     const Ended ended = control({"recipe", "show", "--json", file.path()});
     EXPECT_EQ(ended.status, 1);
     EXPECT_TRUE(ended.errors.contains("1 refused"));

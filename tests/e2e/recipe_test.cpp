@@ -10,11 +10,11 @@
 
 namespace {
 
-const QStringList PACED = {"--baud", "38400", "--turnaround", "5"};
-constexpr qint64 AT_ONCE_MS = 1000;
+const QStringList Paced = {"--baud", "38400", "--turnaround", "5"};
+constexpr qint64 AtOnceMsecs = 1000;
 
 /** dmc50ctl, root without root's right to mount. */
-const QStringList WITHOUT_MOUNTING = {"setpriv", "--bounding-set", "-sys_admin", DMC50CTL};
+const QStringList WithoutMounting = {"setpriv", "--bounding-set", "-sys_admin", DMC50CTL};
 
 QStringList recipe(const QString& port, const Stick& stick, const QStringList& command) {
     return QStringList{"--port", port, "recipe"} + command + QStringList{"--stick", stick.path()};
@@ -39,7 +39,7 @@ void expectHeld(SimulatedLine& line, const QList<QStringList>& rows) {
 } // namespace
 
 TEST(Recipe, PullsAndPushesAllProgramsOnAPacedLine) {
-    SimulatedLine line(PACED);
+    SimulatedLine line(Paced);
     line.command("set 1 0x1003 0xff00fffe");
     Stick stick;
     const Ended pulled = control(recipe(line.port(), stick, {"pull", "7"}));
@@ -114,7 +114,7 @@ TEST(Recipe, NamesAProgramThatTheControllerDoesNotGive) {
 }
 
 TEST(Recipe, PrintsTheLogOfAPullWhoseStationFallsSilent) {
-    SimulatedLine line(PACED);
+    SimulatedLine line(Paced);
     Stick stick;
     ControlProgram program(QStringList{"--timeout", "5500", "--retries", "0"} +
                            recipe(line.port(), stick, {"pull", "7"}));
@@ -145,7 +145,7 @@ TEST(Recipe, NeverTakesALostPushForASuccess) {
 }
 
 TEST(Recipe, EndsAPushWhoseStationFallsSilent) {
-    SimulatedLine line(PACED);
+    SimulatedLine line(Paced);
     Stick stick;
     stick.write("PROG_7.txt", Stick::blank(32));
     ControlProgram program(QStringList{"--timeout", "4000", "--retries", "0"} +
@@ -214,7 +214,7 @@ TEST(Recipe, LetsTheUserChooseOneOfSeveralFiles) {
 }
 
 TEST(Recipe, EndsWithinASecondOfCtrlC) {
-    SimulatedLine line(PACED);
+    SimulatedLine line(Paced);
     Stick stick;
     stick.write("PROG_8.txt", Stick::blank(32));
     for (const QStringList& command : {QStringList{"pull", "7"}, QStringList{"push", "8"}}) {
@@ -225,7 +225,7 @@ TEST(Recipe, EndsWithinASecondOfCtrlC) {
         program.interrupt();
         const Ended ended = program.end();
         EXPECT_EQ(ended.status, 130);
-        EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
+        EXPECT_LT(waited.elapsed(), AtOnceMsecs);
         EXPECT_TRUE(ended.errors.contains("dmc50ctl: interrupted")) << qPrintable(ended.errors);
     }
     EXPECT_FALSE(stick.names().contains("PROG_7.txt")) << "nothing half pulled";
@@ -235,7 +235,7 @@ TEST(Recipe, SaysPlainlyThatTheKernelRefusesAPrivateMount) {
     Stick stick;
     const QTemporaryDir folder;
     QProcess refusing; // nobody gets a user name space in a chroot
-    refusing.start(CHROOT_SCRIPT, QStringList(folder.path()) + WITHOUT_MOUNTING +
+    refusing.start(CHROOT_SCRIPT, QStringList(folder.path()) + WithoutMounting +
                                       QStringList({"recipe", "template", "--stick", stick.path()}));
     ASSERT_TRUE(refusing.waitForFinished());
     EXPECT_EQ(refusing.exitCode(), 1);
@@ -262,13 +262,13 @@ TEST(Recipe, EndsWithinASecondOfCtrlCOnASilentLine) {
     waited.start();
     program.interrupt();
     EXPECT_EQ(program.end().status, 130);
-    EXPECT_LT(waited.elapsed(), AT_ONCE_MS);
+    EXPECT_LT(waited.elapsed(), AtOnceMsecs);
 }
 
 TEST(Recipe, NeedsNoRootForAStickWhereEverybodyMayHaveNameSpaces) {
     const bool may_have_them = QProcess::execute("unshare", {"--user", "true"}) == 0;
     Stick stick;
-    QStringList command = WITHOUT_MOUNTING;
+    QStringList command = WithoutMounting;
     if (geteuid() != 0)
         command = QStringList(DMC50CTL);
     command += QStringList({"recipe", "template", "--count", "1", "--stick", stick.path()});

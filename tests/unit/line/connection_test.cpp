@@ -64,7 +64,7 @@ TEST_F(ConnectionTest, ClosesALostLineBeforeItIsOpenedAgain) {
     m_connection.lost(QStringLiteral("it hung up"));
     EXPECT_FALSE(m_connection.isOpen());
     EXPECT_EQ(m_channel.closings, 1);
-    EXPECT_FALSE(m_connection.awaitOpen(Connection::FIRST_PAUSE_MS - 1));
+    EXPECT_FALSE(m_connection.awaitOpen(Connection::FirstPauseMsecs - 1));
     EXPECT_TRUE(m_connection.awaitOpen(1));
     EXPECT_EQ(m_log.size(), 2);
 }
@@ -89,7 +89,7 @@ TEST_F(ConnectionTest, StartsWithAShortPauseAgainOnceBytesHaveArrived) {
     m_connection.lost(QStringLiteral("it hung up"));
     const qint64 start = m_clock.msecsSinceBoot();
     ASSERT_TRUE(m_connection.awaitOpen(100000));
-    EXPECT_EQ(m_clock.msecsSinceBoot() - start, Connection::FIRST_PAUSE_MS);
+    EXPECT_EQ(m_clock.msecsSinceBoot() - start, Connection::FirstPauseMsecs);
 }
 
 TEST_F(ConnectionTest, LeavesTheReasonOfAFirstFailureToTheCaller) {

@@ -17,14 +17,14 @@ using namespace host;
 
 namespace {
 
-constexpr int TIMEOUT_MS = 3000;
+constexpr int TimeoutMsecs = 3000;
 
 DeviceSetting device(int baud = 38400) {
     return DeviceSetting(DEVICE_RS485, QStringLiteral("COM2"), baud, 8, 0, 2);
 }
 
 DriverSetting timing() {
-    return DriverSetting(TIMEOUT_MS, 1, 7, 20);
+    return DriverSetting(TimeoutMsecs, 1, 7, 20);
 }
 
 class HostPortTest : public ::testing::Test {
@@ -51,8 +51,8 @@ protected:
 TEST_F(HostPortTest, AnswersWithTheSettingsThatItWasGiven) {
     AbstractDeviceInterface& port = m_port;
     EXPECT_EQ(port.deviceSetting()->string, QStringLiteral("COM2"));
-    EXPECT_EQ(port.driverSetting()->timeout, TIMEOUT_MS);
-    EXPECT_EQ(port.responseTimeout(), TIMEOUT_MS);
+    EXPECT_EQ(port.driverSetting()->timeout, TimeoutMsecs);
+    EXPECT_EQ(port.responseTimeout(), TimeoutMsecs);
     EXPECT_EQ(port.retryCount(), 1u);
     EXPECT_EQ(port.frameInterval(), 20u);
     EXPECT_EQ(port.stationId(), 7);
@@ -79,7 +79,7 @@ TEST_F(HostPortTest, WaitsTheResponseTimeoutForAByteAndReturnsWhatIsThere) {
     EXPECT_EQ(read(), QByteArray("some"));
     EXPECT_EQ(read(), QByteArray("more\n"));
     EXPECT_EQ(read(), QByteArray());
-    EXPECT_EQ(m_channel.read_timeouts, QList<int>({TIMEOUT_MS, TIMEOUT_MS, TIMEOUT_MS}));
+    EXPECT_EQ(m_channel.read_timeouts, QList<int>({TimeoutMsecs, TimeoutMsecs, TimeoutMsecs}));
 }
 
 TEST_F(HostPortTest, DiscardsBeforeEachRequestWithoutWaitingAfterACompleteLine) {
@@ -131,7 +131,7 @@ TEST_F(HostPortTest, TakesAResponseTimeoutToFailOnADeadLine) {
     m_channel.failing_attempts = 1000;
     const qint64 start = m_clock.msecsSinceBoot();
     EXPECT_EQ(m_port.writeBytes("ask", 3), 0);
-    EXPECT_EQ(m_clock.msecsSinceBoot() - start, TIMEOUT_MS);
+    EXPECT_EQ(m_clock.msecsSinceBoot() - start, TimeoutMsecs);
     EXPECT_EQ(m_channel.sent, QList<QByteArray>());
 }
 

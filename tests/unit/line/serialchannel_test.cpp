@@ -17,14 +17,14 @@ using namespace host;
 
 namespace {
 
-const DeviceSetting SETTING(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
-constexpr int LONG_WAIT_MS = 30000; // a test that waits for it has failed
+const DeviceSetting Setting(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
+constexpr int LongWaitMsecs = 30000; // a test that waits for it has failed
 
 QByteArray readAll(ByteChannel& channel, int count) {
     QByteArray bytes;
     char buffer[64];
     while (bytes.size() < count) {
-        const int got = channel.read(buffer, sizeof buffer, LONG_WAIT_MS).value_or(-1);
+        const int got = channel.read(buffer, sizeof buffer, LongWaitMsecs).value_or(-1);
         if (got < 1)
             break;
         bytes.append(buffer, got);
@@ -50,12 +50,12 @@ private:
 
 TEST(SerialChannel, CarriesBytesBothWaysOverAPty) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     EXPECT_EQ(errorOf(channel.open()), QString());
 
     ASSERT_TRUE(channel.write("\x02"
                               "ab\r\n",
-                              5, LONG_WAIT_MS));
+                              5, LongWaitMsecs));
     EXPECT_EQ(pty.receive(5), QByteArray("\x02"
                                          "ab\r\n"));
 
@@ -65,7 +65,7 @@ TEST(SerialChannel, CarriesBytesBothWaysOverAPty) {
 
 TEST(SerialChannel, ReturnsNothingWhenTheLineStaysSilent) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     char byte;
     EXPECT_EQ(channel.read(&byte, 1, 1), 0);
@@ -73,11 +73,11 @@ TEST(SerialChannel, ReturnsNothingWhenTheLineStaysSilent) {
 
 TEST(SerialChannel, DiscardTakesAwayWhatHasArrived) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     pty.send("stale");
     char first;
-    ASSERT_EQ(channel.read(&first, 1, LONG_WAIT_MS), 1); // so the rest is there too
+    ASSERT_EQ(channel.read(&first, 1, LongWaitMsecs), 1); // so the rest is there too
 
     EXPECT_EQ(channel.discard(), QByteArray("tale"));
     EXPECT_EQ(channel.discard(), QByteArray());
@@ -87,18 +87,18 @@ TEST(SerialChannel, DiscardTakesAwayWhatHasArrived) {
 
 TEST(SerialChannel, ReportsALostLineAndOpensTheNextOne) {
     auto pty = std::make_unique<PtyPair>();
-    SerialChannel channel(pty->slavePath(), SETTING);
+    SerialChannel channel(pty->slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     pty->unplug();
 
     char byte;
-    EXPECT_FALSE(errorOf(channel.read(&byte, 1, LONG_WAIT_MS)).isEmpty());
+    EXPECT_FALSE(errorOf(channel.read(&byte, 1, LongWaitMsecs)).isEmpty());
     EXPECT_FALSE(channel.open());
-    EXPECT_FALSE(channel.read(&byte, 1, LONG_WAIT_MS)) << "a closed channel has no line";
+    EXPECT_FALSE(channel.read(&byte, 1, LongWaitMsecs)) << "a closed channel has no line";
 }
 
 TEST(SerialChannel, SaysWhenTheDeviceDoesNotExist) {
-    SerialChannel channel(QStringLiteral("/dev/ttyUSB99"), SETTING);
+    SerialChannel channel(QStringLiteral("/dev/ttyUSB99"), Setting);
     EXPECT_EQ(errorOf(channel.open()), QStringLiteral("no such device"));
 }
 
@@ -106,7 +106,7 @@ TEST(SerialChannel, SaysWhoMayUseADeviceWithoutPermission) {
     QTemporaryFile device(QStringLiteral("/tmp/deviceXXXXXX"));
     ASSERT_TRUE(device.open());
     ASSERT_TRUE(device.setPermissions(QFileDevice::Permissions()));
-    SerialChannel channel(device.fileName(), SETTING);
+    SerialChannel channel(device.fileName(), Setting);
 
     const PlainUser user;
     const QString error = errorOf(channel.open());
@@ -116,9 +116,9 @@ TEST(SerialChannel, SaysWhoMayUseADeviceWithoutPermission) {
 
 TEST(SerialChannel, SaysWhenAnotherProgramHasTheDevice) {
     PtyPair pty;
-    SerialChannel first(pty.slavePath(), SETTING);
+    SerialChannel first(pty.slavePath(), Setting);
     ASSERT_TRUE(first.open());
-    SerialChannel second(pty.slavePath(), SETTING);
+    SerialChannel second(pty.slavePath(), Setting);
     EXPECT_EQ(errorOf(second.open()), QStringLiteral("in use by another program"));
 }
 
@@ -126,26 +126,26 @@ TEST(SerialChannel, OpensAPtyThatAnEarlierProgramLeftSetUp) {
     PtyPair pty;
     const int left_open = ::open(qPrintable(pty.slavePath()), O_RDWR | O_NOCTTY);
     {
-        SerialChannel killed(pty.slavePath(), SETTING);
+        SerialChannel killed(pty.slavePath(), Setting);
         ASSERT_TRUE(killed.open());
         termios as_set = {};
         ASSERT_EQ(tcgetattr(left_open, &as_set), 0);
         killed.close();
         ASSERT_EQ(tcsetattr(left_open, TCSANOW, &as_set), 0); // as if nothing had restored it
     }
-    SerialChannel next(pty.slavePath(), SETTING);
+    SerialChannel next(pty.slavePath(), Setting);
     EXPECT_EQ(errorOf(next.open()), QString());
     ::close(left_open);
 }
 
 TEST(SerialChannel, CancelEndsAWaitAtOnceAndForGood) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     int got = -1;
     std::thread reader([&] {
         char byte;
-        got = channel.read(&byte, 1, LONG_WAIT_MS).value_or(-1);
+        got = channel.read(&byte, 1, LongWaitMsecs).value_or(-1);
     });
     channel.cancel();
     reader.join();
@@ -153,13 +153,13 @@ TEST(SerialChannel, CancelEndsAWaitAtOnceAndForGood) {
 
     pty.send("x");
     char byte;
-    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), 0);
+    EXPECT_EQ(channel.read(&byte, 1, LongWaitMsecs), 0);
     EXPECT_TRUE(channel.isCancelled());
 }
 
 TEST(SerialChannel, MayBeOpenedInOneThreadAndUsedInAnother) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     pty.send("answer\n");
     QByteArray got;
@@ -173,7 +173,7 @@ TEST(SerialChannel, MayBeOpenedInOneThreadAndUsedInAnother) {
 
 TEST(SerialChannel, GivesUpAWriteThatTheLineDoesNotTake) {
     PtyPair pty;
-    SerialChannel channel(pty.slavePath(), SETTING);
+    SerialChannel channel(pty.slavePath(), Setting);
     ASSERT_TRUE(channel.open());
     const QByteArray flood(1 << 20, 'x'); // more than a pty holds; nobody reads it
     EXPECT_EQ(errorOf(channel.write(flood.constData(), flood.size(), 20)),

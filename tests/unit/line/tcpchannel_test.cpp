@@ -15,15 +15,15 @@ using namespace host;
 
 namespace {
 
-constexpr int LONG_WAIT_MS = 30000; // a test that waits for it has failed
+constexpr int LongWaitMsecs = 30000; // a test that waits for it has failed
 
 class TcpChannelTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(m_server.listen(QHostAddress::LocalHost)); }
 
     QTcpSocket* accept() {
-        return m_server.waitForNewConnection(LONG_WAIT_MS) ? m_server.nextPendingConnection()
-                                                           : nullptr;
+        return m_server.waitForNewConnection(LongWaitMsecs) ? m_server.nextPendingConnection()
+                                                            : nullptr;
     }
 
     QTcpServer m_server; // owns the accepted sockets
@@ -37,14 +37,14 @@ TEST_F(TcpChannelTest, CarriesBytesBothWays) {
     QTcpSocket* peer = accept();
     ASSERT_TRUE(peer);
 
-    ASSERT_TRUE(channel.write("ask\r\n", 5, LONG_WAIT_MS));
-    ASSERT_TRUE(peer->waitForReadyRead(LONG_WAIT_MS));
+    ASSERT_TRUE(channel.write("ask\r\n", 5, LongWaitMsecs));
+    ASSERT_TRUE(peer->waitForReadyRead(LongWaitMsecs));
     EXPECT_EQ(peer->readAll(), QByteArray("ask\r\n"));
 
     peer->write("answer");
-    ASSERT_TRUE(peer->waitForBytesWritten(LONG_WAIT_MS));
+    ASSERT_TRUE(peer->waitForBytesWritten(LongWaitMsecs));
     char buffer[16];
-    ASSERT_EQ(channel.read(buffer, sizeof buffer, LONG_WAIT_MS), 6);
+    ASSERT_EQ(channel.read(buffer, sizeof buffer, LongWaitMsecs), 6);
     EXPECT_EQ(QByteArray(buffer, 6), QByteArray("answer"));
 }
 
@@ -55,7 +55,7 @@ TEST_F(TcpChannelTest, ReportsAPeerThatCloses) {
     ASSERT_TRUE(peer);
     peer->close();
     char byte;
-    EXPECT_EQ(errorOf(channel.read(&byte, 1, LONG_WAIT_MS)),
+    EXPECT_EQ(errorOf(channel.read(&byte, 1, LongWaitMsecs)),
               QStringLiteral("the other end has closed the line"));
 }
 
@@ -67,7 +67,7 @@ TEST_F(TcpChannelTest, SurvivesWritesToAPeerThatIsGone) {
     // The first write may still be taken; its reset makes a later one fail.
     bool taken = true;
     for (int i = 0; i < 1000 && taken; ++i) {
-        taken = channel.write("x", 1, LONG_WAIT_MS).has_value();
+        taken = channel.write("x", 1, LongWaitMsecs).has_value();
         std::this_thread::yield();
     }
     EXPECT_FALSE(taken);
@@ -90,7 +90,7 @@ TEST_F(TcpChannelTest, CancelEndsAWaitAtOnce) {
     ASSERT_TRUE(channel.open());
     std::thread canceller([&] { channel.cancel(); });
     char byte;
-    EXPECT_EQ(channel.read(&byte, 1, LONG_WAIT_MS), 0);
+    EXPECT_EQ(channel.read(&byte, 1, LongWaitMsecs), 0);
     canceller.join();
     EXPECT_FALSE(channel.open()) << "a cancelled channel is of no use";
 }

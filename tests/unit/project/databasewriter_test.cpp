@@ -18,7 +18,7 @@ using namespace host;
 
 namespace {
 
-const char PROJECT[] = R"([[link]]
+const char PanelToml[] = R"([[link]]
 name = "line"
 port = "/dev/ttyUSB0"
 [[node]]
@@ -57,11 +57,11 @@ class DatabaseWriter : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(m_directory.isValid());
-        writeProject(PROJECT);
+        writeProject(PanelToml);
     }
 
     void writeProject(const QByteArray& text) {
-        QFile file(m_directory.filePath(QLatin1String(PROJECT_FILE)));
+        QFile file(m_directory.filePath(QLatin1String(ProjectFile)));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
     }
@@ -130,7 +130,7 @@ TEST_F(DatabaseWriter, PutsTheProjectFileBesideTheDatabaseSoThatThePanelDirector
 TEST_F(DatabaseWriter, LeavesTheOldDatabaseUntouchedWhenTheFileIsBad) {
     ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     const QStringList before = rows("SELECT address FROM custom_tag_table");
-    writeProject(QByteArray(PROJECT) + "[[tag]]\nname = \"bad\"\naddress = \"PAX\"\n");
+    writeProject(QByteArray(PanelToml) + "[[tag]]\nname = \"bad\"\naddress = \"PAX\"\n");
     const QString file = m_directory.filePath("panel.toml");
     EXPECT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())).join('\n').toStdString(),
               (file + ":36:11: 'X' in 'PAX' is not a hexadecimal digit").toStdString());
@@ -140,7 +140,7 @@ TEST_F(DatabaseWriter, LeavesTheOldDatabaseUntouchedWhenTheFileIsBad) {
 
 TEST_F(DatabaseWriter, ReplacesADatabaseOfAnEarlierBuild) {
     ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
-    writeProject(QByteArray(PROJECT).replace("PA001fffe", "PA0050000"));
+    writeProject(QByteArray(PanelToml).replace("PA001fffe", "PA0050000"));
     ASSERT_EQ(errorOf(buildPanelDirectory(m_directory.path(), panel())), QStringList());
     EXPECT_EQ(rows("SELECT address FROM custom_tag_table").first(), QString("PA0050000"));
 }

@@ -13,7 +13,7 @@ using namespace host;
 
 namespace {
 
-const QString PROJECTS = QStringLiteral(TEST_DATA_DIR "/projects/");
+const QString Projects = QStringLiteral(TEST_DATA_DIR "/projects/");
 
 QByteArray contentOf(const QString& path) {
     QFile file(path);
@@ -23,7 +23,7 @@ QByteArray contentOf(const QString& path) {
 
 std::vector<std::string> badProjects() {
     std::vector<std::string> names;
-    const QStringList files = QDir(PROJECTS).entryList({QStringLiteral("*.toml")});
+    const QStringList files = QDir(Projects).entryList({QStringLiteral("*.toml")});
     for (const QString& file : files)
         names.push_back(file.chopped(5).toStdString());
     return names;
@@ -33,7 +33,7 @@ ProjectReading readText(const char* text) {
     return readProjectText(text, QStringLiteral("panel.toml"));
 }
 
-const char SMALL_PROJECT[] = R"([[link]]
+const char SmallProject[] = R"([[link]]
 name = "line"
 port = "/dev/ttyUSB0"
 [[node]]
@@ -50,16 +50,16 @@ class BadProject : public ::testing::TestWithParam<std::string> {};
 TEST_P(BadProject, GetsTheMessagesOfItsGoldenFile) {
     const QString name = QString::fromStdString(GetParam());
     const ProjectReading reading =
-        readProjectText(contentOf(PROJECTS + name + ".toml"), QStringLiteral("panel.toml"));
+        readProjectText(contentOf(Projects + name + ".toml"), QStringLiteral("panel.toml"));
     EXPECT_EQ(errorOf(reading).join('\n').toStdString() + '\n',
-              contentOf(PROJECTS + name + ".expected").toStdString());
+              contentOf(Projects + name + ".expected").toStdString());
 }
 
 INSTANTIATE_TEST_SUITE_P(Golden, BadProject, ::testing::ValuesIn(badProjects()),
                          [](const auto& test) { return test.param; });
 
 TEST(ProjectReader, FillsInTheDriversDefaults) {
-    const ProjectReading reading = readText(SMALL_PROJECT);
+    const ProjectReading reading = readText(SmallProject);
     ASSERT_EQ(errorOf(reading), QStringList());
     const LinkDefinition& link = reading->links.first();
     EXPECT_EQ(link.id, 1);
@@ -79,7 +79,7 @@ TEST(ProjectReader, FillsInTheDriversDefaults) {
 }
 
 TEST(ProjectReader, MakesTheOnlyNodeOfALinkItsDefault) {
-    const Project project = *readText(SMALL_PROJECT);
+    const Project project = *readText(SmallProject);
     EXPECT_TRUE(project.nodes.first().is_default);
     EXPECT_EQ(project.defaultStation(1), 3);
     EXPECT_EQ(project.tag(QStringLiteral("PV"))->station, 3);
@@ -141,7 +141,7 @@ link = "b"
 }
 
 TEST(ProjectReader, AllowsTheLargestTagThatTheDriverServes) {
-    QByteArray text = SMALL_PROJECT;
+    QByteArray text = SmallProject;
     EXPECT_TRUE(readProjectText(text + "count = 255\n", QString()));
     EXPECT_FALSE(readProjectText(text + "count = 256\n", QString()));
 }

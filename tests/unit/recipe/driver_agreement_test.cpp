@@ -18,7 +18,7 @@ using namespace recipecontent;
 
 namespace {
 
-const QStringList FIELDS = {
+const QStringList Fields = {
     QStringLiteral("0"),           QStringLiteral("850"),         QStringLiteral("65535"),
     QStringLiteral("65536"),       QStringLiteral("4294967295"),  QStringLiteral("4294967296"),
     QStringLiteral("-1"),          QStringLiteral("+7"),          QStringLiteral(" 7 "),
@@ -80,8 +80,8 @@ TEST(DriverAgreement, RefusesTheSameFieldsAtTheSamePlaces) {
         QVector<QStringList> rows;
         for (int number = 1; number <= 3; ++number) {
             rows.append(row(number));
-            rows.last()[1 + int(random() % RECIPE_COLUMNS)] =
-                FIELDS[int(random() % std::uint32_t(FIELDS.size()))];
+            rows.last()[1 + int(random() % RecipeColumns)] =
+                Fields[int(random() % std::uint32_t(Fields.size()))];
         }
         const QByteArray content = file(rows);
         const RecipeCheck check = checkRecipe(content);
@@ -96,7 +96,7 @@ TEST(DriverAgreement, WarnsExactlyWhereTheDriverWouldWriteAnotherValue) {
     std::mt19937 random(2);
     for (int round = 0; round < 200; ++round) {
         QStringList changed = row(1);
-        for (int column = 1; column <= RECIPE_COLUMNS; ++column)
+        for (int column = 1; column <= RecipeColumns; ++column)
             changed[column] = QString::number(quint32(random()) >> random() % 32);
         const QByteArray content = file({changed});
         const RecipeCheck check = checkRecipe(content);
@@ -108,7 +108,7 @@ TEST(DriverAgreement, WarnsExactlyWhereTheDriverWouldWriteAnotherValue) {
 }
 
 TEST(DriverAgreement, CountsTheSameProgramsAndValues) {
-    EXPECT_EQ(int(ProgramTable::ProgramDoubleWords), RECIPE_COLUMNS);
-    EXPECT_EQ(int(ProgramTable::RowFields), RECIPE_FIELDS);
-    EXPECT_EQ(int(ProgramTable::MaxPrograms), RECIPE_PROGRAMS);
+    EXPECT_EQ(int(ProgramTable::ProgramDoubleWords), RecipeColumns);
+    EXPECT_EQ(int(ProgramTable::RowFields), RecipeFields);
+    EXPECT_EQ(int(ProgramTable::MaxPrograms), RecipePrograms);
 }

@@ -20,7 +20,7 @@ struct BadField {
 
 class RefusedField : public ::testing::TestWithParam<BadField> {};
 
-const BadField REFUSED_FIELDS[] = {
+const BadField RefusedFields[] = {
     {"Empty", "", "empty"},
     {"Blank", " ", "empty"},
     {"Word", "abc", "not a number"},
@@ -81,7 +81,7 @@ TEST_P(RefusedField, IsListedWithItsPlaceForPeopleAndForTheDriver) {
     EXPECT_EQ(check.lines, 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RefusedField, ::testing::ValuesIn(REFUSED_FIELDS),
+INSTANTIATE_TEST_SUITE_P(All, RefusedField, ::testing::ValuesIn(RefusedFields),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST(RecipeCheck, ListsEveryBadFieldOfEveryLine) {
@@ -149,7 +149,7 @@ TEST(RecipeCheck, WarnsOfTitlesThatAreChangedOrMoved) {
               "f:1:4: warning: 設定時間(分) [設定時間(時)]: this title belongs to field 3: have "
               "columns been moved? The driver knows them by their place only\n");
     titles.clear();
-    for (int i = 0; i < RECIPE_FIELDS; ++i)
+    for (int i = 0; i < RecipeFields; ++i)
         titles.append(QString::number(i));
     EXPECT_EQ(texts(checkRecipe(encoded(lineOf(titles) + lineOf(row(1))))),
               "f:1: warning: not the titles of a program file; the driver does not look at them\n");
@@ -157,14 +157,14 @@ TEST(RecipeCheck, WarnsOfTitlesThatAreChangedOrMoved) {
 
 TEST(RecipeCheck, WarnsOfMoreProgramsThanAControllerHas) {
     QVector<QStringList> rows;
-    for (int number = 1; number <= RECIPE_PROGRAMS; ++number)
+    for (int number = 1; number <= RecipePrograms; ++number)
         rows.append(row(number));
     EXPECT_TRUE(checkRecipe(file(rows)).isGood());
     rows.append(row(33, QStringLiteral("x")));
     const RecipeCheck check = checkRecipe(file(rows));
     EXPECT_EQ(texts(check), "f: warning: 33 programs, but a controller has 32: the driver would "
                             "never write the rest\n");
-    EXPECT_EQ(check.programs.size(), RECIPE_PROGRAMS);
+    EXPECT_EQ(check.programs.size(), RecipePrograms);
 }
 
 TEST(RecipeCheck, LooksAtAsManyProgramsAsAreAskedFor) {

@@ -24,7 +24,7 @@ inline QString lineOf(const QStringList& fields) {
 /** Program @p number with 24 times @p value. */
 inline QStringList row(int number, const QString& value = QStringLiteral("1")) {
     QStringList fields(host::recipeLabel(number));
-    for (int i = 0; i < host::RECIPE_COLUMNS; ++i)
+    for (int i = 0; i < host::RecipeColumns; ++i)
         fields.append(value);
     return fields;
 }

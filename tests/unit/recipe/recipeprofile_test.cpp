@@ -13,10 +13,10 @@ namespace {
 RecipeProgram program(int number, quint32 degrees, quint32 minutes, quint32 pid_group = 1) {
     RecipeProgram made;
     made.number = number;
-    made.values[RECIPE_TEMPERATURE - 1] = degrees;
-    made.values[RECIPE_HOURS - 1] = minutes / 60;
-    made.values[RECIPE_MINUTES - 1] = minutes % 60;
-    made.values[RECIPE_PID_GROUP - 1] = pid_group;
+    made.values[RecipeTemperature - 1] = degrees;
+    made.values[RecipeHours - 1] = minutes / 60;
+    made.values[RecipeMinutes - 1] = minutes % 60;
+    made.values[RecipePidGroup - 1] = pid_group;
     return made;
 }
 
@@ -27,9 +27,9 @@ RecipeProgram with(RecipeProgram made, int column, quint32 value) {
 
 /** Up to 600 degrees, a soak, and down. */
 QVector<RecipeProgram> firing() {
-    return {with(program(1, 100, 30), RECIPE_FIRST_EVENT, 1),
-            with(program(2, 600, 60, 2), RECIPE_FIRST_EVENT, 1), program(3, 600, 60, 2),
-            with(program(4, 0, 30), RECIPE_FIRST_INPUT + 3, 1)};
+    return {with(program(1, 100, 30), RecipeFirstEvent, 1),
+            with(program(2, 600, 60, 2), RecipeFirstEvent, 1), program(3, 600, 60, 2),
+            with(program(4, 0, 30), RecipeFirstInput + 3, 1)};
 }
 
 RecipeProfile ramps(const QVector<RecipeProgram>& programs) {
@@ -45,7 +45,7 @@ QVector<int> curvePixels(const QImage& picture) {
     QVector<int> found(10, 0);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x)
-            found[x * 10 / picture.width()] += picture.pixel(x, y) == RECIPE_CURVE_COLOR;
+            found[x * 10 / picture.width()] += picture.pixel(x, y) == RecipeCurveColor;
     }
     return found;
 }
@@ -82,14 +82,14 @@ TEST(RecipeProfile, LeavesUnusedProgramsOut) {
 
 TEST(RecipeProfile, AddsUpEvenTheLongestTimes) {
     RecipeProgram longest = program(1, 1, 0);
-    for (int column : {RECIPE_HOURS, RECIPE_MINUTES, RECIPE_SECONDS})
+    for (int column : {RecipeHours, RecipeMinutes, RecipeSeconds})
         longest = with(longest, column, 0xFFFFFFFF);
     EXPECT_EQ(ramps({longest}).durationSecs(), 4294967295LL * 3661);
     EXPECT_EQ(recipeChart(ramps({longest}), {}).size(), 18);
 }
 
 TEST(RecipeProfile, JoinsNeighboursWithTheSameValue) {
-    const QVector<RecipeSpan> groups = ramps(firing()).spans(RECIPE_PID_GROUP);
+    const QVector<RecipeSpan> groups = ramps(firing()).spans(RecipePidGroup);
     ASSERT_EQ(groups.size(), 3);
     EXPECT_EQ(groups[1].start_s, 1800);
     EXPECT_EQ(groups[1].end_s, 9000);
@@ -99,10 +99,10 @@ TEST(RecipeProfile, JoinsNeighboursWithTheSameValue) {
 TEST(RecipeProfile, TracksShowOnlyWhatIsEverOn) {
     const QVector<RecipeTrack> tracks = ramps(firing()).tracks();
     ASSERT_EQ(tracks.size(), 2);
-    EXPECT_EQ(tracks[0].column, int(RECIPE_FIRST_EVENT));
+    EXPECT_EQ(tracks[0].column, int(RecipeFirstEvent));
     ASSERT_EQ(tracks[0].spans.size(), 1);
     EXPECT_EQ(tracks[0].spans[0].end_s, 5400);
-    EXPECT_EQ(tracks[1].column, RECIPE_FIRST_INPUT + 3);
+    EXPECT_EQ(tracks[1].column, RecipeFirstInput + 3);
 }
 
 TEST(RecipeProfile, MarksScalesWithReadableDistances) {
@@ -149,7 +149,7 @@ TEST(RecipeChart, IsEmptyWhereNoProgramTakesTime) {
 
 TEST(RecipeTable, ShowsEachProgramOnOneLine) {
     const RecipeProgram odd =
-        with(with(program(2, 600, 61), RECIPE_FIRST_EVENT + 5, 7), RECIPE_SOAK_PLUS, 10);
+        with(with(program(2, 600, 61), RecipeFirstEvent + 5, 7), RecipeSoakPlus, 10);
     const QVector<QStringList> rows = recipeTable({firing()[0], odd, RecipeProgram()});
     ASSERT_EQ(rows.size(), 4);
     EXPECT_EQ(joined(rows[0]), "PROGRAM\nSTART\nTIME\nTEMP °C\nSOAK\nPID\nEVENTS\nINPUTS");
@@ -172,7 +172,7 @@ TEST(RecipePicture, TheCurveStandsHigherWhereItIsHotter) {
                       QStringLiteral("step"));
     const auto heightAt = [&](int x) {
         for (int y = picture.height() - 1; y > 0; --y) {
-            if (picture.pixel(x, y) == RECIPE_CURVE_COLOR)
+            if (picture.pixel(x, y) == RecipeCurveColor)
                 return y;
         }
         return -1;

@@ -9,8 +9,8 @@ using namespace host;
 
 namespace {
 
-constexpr int TIMEOUT_MS = 4000;
-constexpr qint64 PATIENCE_MS = 2 * TIMEOUT_MS; // with one retry
+constexpr int TimeoutMsecs = 4000;
+constexpr qint64 PatienceMsecs = 2 * TimeoutMsecs; // with one retry
 
 TagDefinition dataTag(const char* address_text, int station = 1, const char* type = "dword",
                       int count = 1) {
@@ -28,7 +28,7 @@ class LinkSessionTest : public ::testing::Test {
 protected:
     LinkSessionTest() {
         const DeviceSetting device(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
-        const DriverSetting timing(TIMEOUT_MS, 1, 1, 20);
+        const DriverSetting timing(TimeoutMsecs, 1, 1, 20);
         auto port = std::make_unique<HostPort>(
             std::unique_ptr<ByteChannel>(&m_channel), device, timing, [](const QString&) {},
             nullptr, m_clock);
@@ -79,15 +79,15 @@ protected:
     int m_ticks_alone = 0; // since station 2 is no longer polled
 };
 
-const QByteArray FIVE("\x05\0\0\0", 4);
+const QByteArray Five("\x05\0\0\0", 4);
 
 } // namespace
 
 TEST_F(LinkSessionTest, NamesTheStationThroughThePortAndKeepsItOutOfTheAddress) {
-    m_driver.values[QStringLiteral("NA10")] = FIVE;
+    m_driver.values[QStringLiteral("NA10")] = Five;
     const TagResult result = m_session->read(dataTag("2-NA10", 2));
     EXPECT_TRUE(result.ok());
-    EXPECT_EQ(result.data, FIVE);
+    EXPECT_EQ(result.data, Five);
     EXPECT_EQ(m_driver.asked, QStringList(QStringLiteral("read NA10 of 2")));
 }
 
@@ -136,9 +136,9 @@ TEST_F(LinkSessionTest, LetsTheFirstScanFinishBeforeItAsksForTheRest) {
 TEST_F(LinkSessionTest, ReadsAWriteBackAndPutsTheSessionBack) {
     const TagDefinition tag = dataTag("NA10");
     m_session->poll({dataTag("NA20")});
-    const TagResult result = m_session->write(tag, FIVE);
+    const TagResult result = m_session->write(tag, Five);
     EXPECT_TRUE(result.ok()) << qPrintable(result.error);
-    EXPECT_EQ(result.data, FIVE);
+    EXPECT_EQ(result.data, Five);
     EXPECT_EQ(m_driver.sessions,
               QStringList({QStringLiteral("1-NA20_3_1"), QStringLiteral("1-NA10_3_1"),
                            QStringLiteral("1-NA20_3_1")}));
@@ -146,7 +146,7 @@ TEST_F(LinkSessionTest, ReadsAWriteBackAndPutsTheSessionBack) {
 
 TEST_F(LinkSessionTest, WaitsUntilTheDriverHasSentWhatItQueued) {
     m_driver.waiting_writes = {3, 2, 2, 1, 0};
-    EXPECT_TRUE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_TRUE(m_session->write(dataTag("NA10"), Five).ok());
     EXPECT_EQ(m_driver.waiting_writes, QList<int>());
 }
 
@@ -158,17 +158,17 @@ TEST_F(LinkSessionTest, GivesUpOnAQueueThatDoesNotShrink) {
     for (int i = 0; i < 100000; ++i)
         m_driver.waiting_writes.append(1);
     const qint64 start = m_clock.msecsSinceBoot();
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE).error, m_driver.error);
-    EXPECT_GE(m_clock.msecsSinceBoot() - start, PATIENCE_MS);
-    EXPECT_LT(m_clock.msecsSinceBoot() - start, 2 * PATIENCE_MS);
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five).error, m_driver.error);
+    EXPECT_GE(m_clock.msecsSinceBoot() - start, PatienceMsecs);
+    EXPECT_LT(m_clock.msecsSinceBoot() - start, 2 * PatienceMsecs);
 }
 
 TEST_F(LinkSessionTest, NeverTrustsAWriteThatTheDriverDropped) {
     m_driver.on_write = [](const QByteArray&) {};
-    const TagResult result = m_session->write(dataTag("NA10"), FIVE);
+    const TagResult result = m_session->write(dataTag("NA10"), Five);
     EXPECT_EQ(result.error, QStringLiteral("the controller shows another value"));
     EXPECT_EQ(result.data, QByteArray(4, '\0'));
-    EXPECT_TRUE(m_session->write(dataTag("NA10"), FIVE, false).ok());
+    EXPECT_TRUE(m_session->write(dataTag("NA10"), Five, false).ok());
 }
 
 TEST_F(LinkSessionTest, ReportsTheWritesErrorThoughTheDriverShowsItOnlyForAMoment) {
@@ -181,7 +181,7 @@ TEST_F(LinkSessionTest, ReportsTheWritesErrorThoughTheDriverShowsItOnlyForAMomen
                                                      "4AH")
                                     : QString();
     };
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE, false).error,
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five, false).error,
               QStringLiteral("write station id#1 address 00000010end code 4AH"));
 }
 
@@ -191,17 +191,17 @@ TEST_F(LinkSessionTest, TakesAWriteThatArrivedWithARetryForASuccess) {
         m_port->writeBytes("scan", 4);
         m_driver.error = ++ticks == 2 ? QStringLiteral("write station id#1 ...") : QString();
     };
-    EXPECT_TRUE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_TRUE(m_session->write(dataTag("NA10"), Five).ok());
 }
 
 TEST_F(LinkSessionTest, DoesNotWriteWhileTheLinkIsInError) {
     m_driver.error = QStringLiteral("read station id#1 start address 00000010:DMC50 no response");
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE).error, m_driver.error);
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five).error, m_driver.error);
     EXPECT_EQ(m_driver.asked, QStringList());
 }
 
 TEST_F(LinkSessionTest, NamesTheStationOfAWriteThroughThePort) {
-    EXPECT_TRUE(m_session->write(dataTag("2-NA10", 2), FIVE).ok());
+    EXPECT_TRUE(m_session->write(dataTag("2-NA10", 2), Five).ok());
     EXPECT_EQ(m_driver.asked,
               QStringList({QStringLiteral("write NA10 of 2"), QStringLiteral("read NA10 of 2")}));
 }
@@ -209,24 +209,24 @@ TEST_F(LinkSessionTest, NamesTheStationOfAWriteThroughThePort) {
 TEST_F(LinkSessionTest, WritesToOneStationWhileTheErrorOfAnotherStands) {
     silenceStationTwo(true);
     m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
-    const TagResult result = m_session->write(dataTag("NA10"), FIVE);
+    const TagResult result = m_session->write(dataTag("NA10"), Five);
     EXPECT_EQ(result.error, QString());
-    EXPECT_EQ(result.data, FIVE);
+    EXPECT_EQ(result.data, Five);
 }
 
 TEST_F(LinkSessionTest, WaitsForTheEndOfARequestToASilentStationBeforeItWrites) {
     silenceStationTwo(false);
     m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
-    const TagResult result = m_session->write(dataTag("NA10"), FIVE);
+    const TagResult result = m_session->write(dataTag("NA10"), Five);
     EXPECT_EQ(result.error, QString());
-    EXPECT_EQ(result.data, FIVE);
+    EXPECT_EQ(result.data, Five);
 }
 
 TEST_F(LinkSessionTest, WritesInTheEndThoughTheStationIsNotHeard) {
     m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
     const qint64 start = m_clock.msecsSinceBoot();
-    EXPECT_TRUE(m_session->write(dataTag("NA10"), FIVE).ok());
-    EXPECT_GE(m_clock.msecsSinceBoot() - start, 2 * PATIENCE_MS);
+    EXPECT_TRUE(m_session->write(dataTag("NA10"), Five).ok());
+    EXPECT_GE(m_clock.msecsSinceBoot() - start, 2 * PatienceMsecs);
 }
 
 TEST_F(LinkSessionTest, DoesNotBlameAWriteForAnotherStationsFailedWrite) {
@@ -238,7 +238,7 @@ TEST_F(LinkSessionTest, DoesNotBlameAWriteForAnotherStationsFailedWrite) {
             ++ticks == 2 ? QStringLiteral("write station id#2 address 00000010DMC50 no response")
                          : QString();
     };
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE, false).error, QString());
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five, false).error, QString());
 }
 
 TEST_F(LinkSessionTest, PutsTheSessionBackAfterAWriteThatFails) {
@@ -246,19 +246,19 @@ TEST_F(LinkSessionTest, PutsTheSessionBackAfterAWriteThatFails) {
                                         QStringLiteral("1-NA20_3_1")};
     m_session->poll({dataTag("NA20")});
     m_driver.error = QStringLiteral("read station id#1 start address 00000010:DMC50 no response");
-    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), Five).ok());
     EXPECT_EQ(m_driver.sessions, there_and_back) << "not made";
 
     m_driver.error.clear();
     m_driver.sessions = there_and_back.mid(0, 1);
     m_driver.takes_writes = false;
-    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), Five).ok());
     EXPECT_EQ(m_driver.sessions, there_and_back) << "refused";
 
     m_driver.sessions = there_and_back.mid(0, 1);
     m_driver.takes_writes = true;
     m_driver.on_write = [this](const QByteArray&) { m_session->cancel(); };
-    EXPECT_FALSE(m_session->write(dataTag("NA10"), FIVE).ok());
+    EXPECT_FALSE(m_session->write(dataTag("NA10"), Five).ok());
     EXPECT_EQ(m_driver.sessions, there_and_back) << "cancelled";
 }
 
@@ -274,7 +274,7 @@ TEST_F(LinkSessionTest, ReportsAWriteThatTheDriverRefuses) {
     m_driver.on_write = [this](const QByteArray&) {
         m_driver.error = QStringLiteral("can not open database");
     };
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE).error,
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five).error,
               QStringLiteral("can not open database"));
 }
 
@@ -309,6 +309,6 @@ TEST_F(LinkSessionTest, StopsWaitingWhenCancelled) {
     m_session->cancel();
     const qint64 start = m_clock.msecsSinceBoot();
     EXPECT_EQ(m_session->read(dataTag("NA10")).error, QStringLiteral("interrupted"));
-    EXPECT_EQ(m_session->write(dataTag("NA10"), FIVE).error, QStringLiteral("interrupted"));
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five).error, QStringLiteral("interrupted"));
     EXPECT_LE(m_clock.msecsSinceBoot() - start, 5);
 }

@@ -11,23 +11,23 @@
 
 namespace {
 
-constexpr int until_it_happens = -1; // ctest ends a test that waits in vain
+constexpr int UntilItHappens = -1; // ctest ends a test that waits in vain
 
 /** One run of the program; killed at the latest with this object. */
 class Program {
 public:
     explicit Program(const QStringList& arguments) {
         m_process.start(QString::fromLatin1(DMC50SIM_PROGRAM), arguments);
-        m_process.waitForStarted(until_it_happens);
+        m_process.waitForStarted(UntilItHappens);
     }
     ~Program() {
         m_process.kill();
-        m_process.waitForFinished(until_it_happens);
+        m_process.waitForFinished(UntilItHappens);
     }
 
     /** The next line of the standard output. */
     QString readLine() {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(until_it_happens)) {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(UntilItHappens)) {
         }
         return QString::fromLocal8Bit(m_process.readLine()).trimmed();
     }
@@ -38,7 +38,7 @@ public:
 
     /** The exit status, or -1 when it did not end by itself. */
     int exitStatus() {
-        const bool ended = m_process.waitForFinished(until_it_happens);
+        const bool ended = m_process.waitForFinished(UntilItHappens);
         return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
     }
 
@@ -52,8 +52,8 @@ QStringList words(const char* text) {
     return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-const QByteArray check_request = wire("<02>0100XRN00LL00002016<03>C1<0D><0A>");
-const char check_reply[] = "<02>0100X0000000000<03>02<0D><0A>";
+const QByteArray CheckRequest = wire("<02>0100XRN00LL00002016<03>C1<0D><0A>");
+const char CheckReply[] = "<02>0100X0000000000<03>02<0D><0A>";
 
 } // namespace
 
@@ -62,7 +62,7 @@ TEST(Dmc50Sim, PrintsItsPathAnswersAndQuits) {
     const QString path = program.readLine();
     LineClient client;
     ASSERT_TRUE(client.open(path)) << shown(path);
-    EXPECT_EQ(shown(client.exchange(check_request, 21)), check_reply);
+    EXPECT_EQ(shown(client.exchange(CheckRequest, 21)), CheckReply);
     program.write("set 1 0x20 7\ndump 1 0x20 1\nquit\nset 1 0x20 8\n");
     EXPECT_EQ(shown(program.readLine()), "0x00000020 0x00000007 7");
     EXPECT_EQ(shown(program.readLine()), "0x00000020 0x00000007 7");
@@ -76,7 +76,7 @@ TEST(Dmc50Sim, EndsCleanlyOnASignalEvenWhileAReplyIsFarAway) {
         Program program(words("--fault late:ms=3600000"));
         LineClient client;
         ASSERT_TRUE(client.open(program.readLine()));
-        client.write(check_request);
+        client.write(CheckRequest);
         program.signal(number);
         EXPECT_EQ(program.exitStatus(), 0);
     }
@@ -87,7 +87,7 @@ TEST(Dmc50Sim, GoesOnWithoutAnInput) {
     program.closeInput();
     LineClient client;
     ASSERT_TRUE(client.open(program.readLine()));
-    EXPECT_EQ(shown(client.exchange(check_request, 21)), check_reply);
+    EXPECT_EQ(shown(client.exchange(CheckRequest, 21)), CheckReply);
     program.signal(SIGTERM);
     EXPECT_EQ(program.exitStatus(), 0);
 }
@@ -97,8 +97,8 @@ TEST(Dmc50Sim, SaysOnceThatItsLogOrTraceIsFullAndGoesOn) {
         Program program({QLatin1String(option), QLatin1String("/dev/full")});
         LineClient client;
         ASSERT_TRUE(client.open(program.readLine()));
-        EXPECT_EQ(shown(client.exchange(check_request, 21)), check_reply) << option;
-        EXPECT_EQ(shown(client.exchange(check_request, 21)), check_reply) << option;
+        EXPECT_EQ(shown(client.exchange(CheckRequest, 21)), CheckReply) << option;
+        EXPECT_EQ(shown(client.exchange(CheckRequest, 21)), CheckReply) << option;
         program.signal(SIGTERM);
         EXPECT_EQ(program.exitStatus(), 0) << option;
         EXPECT_EQ(shown(program.errors()),
@@ -122,7 +122,7 @@ TEST(Dmc50Sim, DoesAllThatItsOptionsSay) {
     EXPECT_TRUE(path.startsWith(QLatin1String("tcp://127.0.0.1:"))) << shown(path);
     LineClient client;
     ASSERT_TRUE(client.open(path));
-    EXPECT_EQ(shown(client.exchange(check_request, 13)), shown(framed("0100X41")));
+    EXPECT_EQ(shown(client.exchange(CheckRequest, 13)), shown(framed("0100X41")));
     const QByteArray request = readRequest(2, 0x30, 2);
     EXPECT_EQ(shown(client.exchange(request, request.size() + 29)),
               shown(request + framed("0200X000000123400000005")));

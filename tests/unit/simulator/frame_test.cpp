@@ -106,23 +106,23 @@ TEST(SimulatorFrame, RefusesBadContentsWithAnEndCodeOfItsOwn) {
 
 TEST(SimulatorFrame, TakesAsManyItemsAsFitAndNotOneMore) {
     EXPECT_EQ(parsedText("0100XRN00LL" + words(50)).state, State::Good);
-    EXPECT_EQ(parsedText("0100XRN00LL" + words(51)).end_code, end_item_count);
+    EXPECT_EQ(parsedText("0100XRN00LL" + words(51)).end_code, EndItemCount);
     EXPECT_EQ(parsedText("0100XWN00LL" + words(50)).state, State::Good);
-    EXPECT_EQ(parsedText("0100XWN00LL" + words(52)).end_code, end_item_count);
+    EXPECT_EQ(parsedText("0100XWN00LL" + words(52)).end_code, EndItemCount);
     EXPECT_EQ(parsedText("0100XWGLL" + words(51)).state, State::Good);
-    EXPECT_EQ(parsedText("0100XWGLL" + words(52)).end_code, end_item_count);
+    EXPECT_EQ(parsedText("0100XWGLL" + words(52)).end_code, EndItemCount);
 }
 
 TEST(SimulatorFrame, TheLongestRequestIsAsLongAsStated) {
-    EXPECT_EQ(framed("0100XWGLL" + words(51)).size(), longest_request);
+    EXPECT_EQ(framed("0100XWGLL" + words(51)).size(), LongestRequest);
 }
 
 TEST(SimulatorFrame, PacksReplies) {
     const std::pair<Reply, const char*> rows[] = {
-        {{1, 0, end_ok, {}}, "<02>0100X00<03>82<0D><0A>"},
-        {{1, 0, end_ok, {200}}, "<02>0100X00000000C8<03>E7<0D><0A>"},
+        {{1, 0, EndOk, {}}, "<02>0100X00<03>82<0D><0A>"},
+        {{1, 0, EndOk, {200}}, "<02>0100X00000000C8<03>E7<0D><0A>"},
         {{3, 0, 0x4A, {}}, "<02>0300X4A<03>6B<0D><0A>"},
-        {{0xFF, 0x1F, end_ok, {0xFFFFFFFF, 0x12345678}},
+        {{0xFF, 0x1F, EndOk, {0xFFFFFFFF, 0x12345678}},
          "<02>FF1FX00FFFFFFFF12345678<03>6C<0D><0A>"},
     };
     for (const auto& [reply, bytes] : rows)

@@ -20,9 +20,9 @@ using namespace simulator;
 
 namespace {
 
-const QByteArray check_request = wire("<02>0100XRN00LL00002016<03>C1<0D><0A>");
-const char check_reply[] = "<02>0100X0000000000<03>02<0D><0A>";
-constexpr int check_reply_size = 21;
+const QByteArray CheckRequest = wire("<02>0100XRN00LL00002016<03>C1<0D><0A>");
+const char CheckReply[] = "<02>0100X0000000000<03>02<0D><0A>";
+constexpr int CheckReplySize = 21;
 
 LineSettings withFaults(std::initializer_list<const char*> faults) {
     LineSettings settings;
@@ -33,7 +33,7 @@ LineSettings withFaults(std::initializer_list<const char*> faults) {
 }
 
 std::string checked(LineClient& client) {
-    return shown(client.exchange(check_request, check_reply_size));
+    return shown(client.exchange(CheckRequest, CheckReplySize));
 }
 
 /** Opens @p path as soon as that is possible. */
@@ -69,7 +69,7 @@ TEST(SimulatorLine, AnswersOnAPseudoTerminal) {
     EXPECT_TRUE(line.devicePath().startsWith(QLatin1String("/dev/pts/")));
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
     EXPECT_EQ(line.counters().replies, 1u);
 }
 
@@ -86,8 +86,8 @@ TEST(SimulatorLine, PassesEveryByteOfAPseudoTerminalAsItIs) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    client.write(all + check_request);
-    EXPECT_EQ(shown(client.read(256 + check_reply_size)), shown(all) + check_reply);
+    client.write(all + CheckRequest);
+    EXPECT_EQ(shown(client.read(256 + CheckReplySize)), shown(all) + CheckReply);
 }
 
 TEST(SimulatorLine, SurvivesClientsThatComeAndGo) {
@@ -97,7 +97,7 @@ TEST(SimulatorLine, SurvivesClientsThatComeAndGo) {
     for (int i = 0; i < 5; ++i) {
         LineClient client;
         ASSERT_TRUE(client.open(path));
-        EXPECT_EQ(checked(client), check_reply) << i;
+        EXPECT_EQ(checked(client), CheckReply) << i;
     }
     EXPECT_EQ(line.devicePath(), path);
 }
@@ -112,12 +112,12 @@ TEST(SimulatorLine, ANewClientDoesNotSeeTheRepliesToTheLastOne) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    client.write(check_request);
+    client.write(CheckRequest);
     EXPECT_EQ(shown(client.read(1)), "<02>") << "the rest waits unread";
     client.close();
     ASSERT_TRUE(soon([&] { return gone.load(); }));
     ASSERT_TRUE(client.open(line.devicePath()));
-    EXPECT_EQ(shown(client.exchange(readRequest(2, 0x2016, 1), check_reply_size)),
+    EXPECT_EQ(shown(client.exchange(readRequest(2, 0x2016, 1), CheckReplySize)),
               "<02>0200X0000000000<03>01<0D><0A>");
 }
 
@@ -133,10 +133,10 @@ TEST(SimulatorLine, AClientThatReservedTheTerminalAndDiedDoesNotBlockTheNext) {
         LineClient client;
         ASSERT_TRUE(client.open(line.devicePath()));
         ASSERT_EQ(::ioctl(client.descriptor(), TIOCEXCL), 0);
-        EXPECT_EQ(checked(client), check_reply);
+        EXPECT_EQ(checked(client), CheckReply);
         client.close();
         EXPECT_TRUE(openSoon(client, line.devicePath()));
-        EXPECT_EQ(checked(client), check_reply);
+        EXPECT_EQ(checked(client), CheckReply);
     }
     ASSERT_EQ(::seteuid(user), 0);
 }
@@ -151,7 +151,7 @@ TEST(SimulatorLine, ALinkNamesThePseudoTerminalWhileTheLineRuns) {
         EXPECT_TRUE(QFileInfo(link).symLinkTarget().startsWith(QLatin1String("/dev/pts/")));
         LineClient client;
         ASSERT_TRUE(client.open(link));
-        EXPECT_EQ(checked(client), check_reply);
+        EXPECT_EQ(checked(client), CheckReply);
     }
     EXPECT_FALSE(QFileInfo(link).isSymLink());
 }
@@ -176,12 +176,12 @@ TEST(SimulatorLine, AnswersOnTcpOneClientAfterTheOther) {
     LineClient first;
     LineClient second;
     ASSERT_TRUE(first.open(line.devicePath()));
-    EXPECT_EQ(checked(first), check_reply);
+    EXPECT_EQ(checked(first), CheckReply);
     ASSERT_TRUE(second.open(line.devicePath()));
-    second.write(check_request);
-    EXPECT_EQ(checked(first), check_reply);
+    second.write(CheckRequest);
+    EXPECT_EQ(checked(first), CheckReply);
     first.close();
-    EXPECT_EQ(shown(second.read(check_reply_size)), check_reply);
+    EXPECT_EQ(shown(second.read(CheckReplySize)), CheckReply);
 }
 
 TEST(SimulatorLine, APortThatIsTakenIsNamed) {
@@ -201,7 +201,7 @@ TEST(SimulatorLine, AnswersOnASerialDevice) {
     ASSERT_EQ(::unlockpt(far_end.descriptor()), 0);
     Line line(makeSerialPort(QString::fromLocal8Bit(::ptsname(far_end.descriptor())), 38400), {});
     ASSERT_EQ(shown(errorOf(line.start())), "");
-    EXPECT_EQ(checked(far_end), check_reply);
+    EXPECT_EQ(checked(far_end), CheckReply);
     termios mode = {};
     ASSERT_EQ(::tcgetattr(far_end.descriptor(), &mode), 0);
     EXPECT_EQ(::cfgetospeed(&mode), speed_t(B38400));
@@ -232,12 +232,12 @@ TEST(SimulatorLine, AStationCanBeMadeSilentAndRecover) {
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
     line.setFault(1, Fault());
-    client.write(check_request);
+    client.write(CheckRequest);
     EXPECT_TRUE(soon([&] { return line.counters().faults == 1; }));
-    const QByteArray other = client.exchange(readRequest(2, 0x2016, 1), check_reply_size);
+    const QByteArray other = client.exchange(readRequest(2, 0x2016, 1), CheckReplySize);
     EXPECT_EQ(shown(other), "<02>0200X0000000000<03>01<0D><0A>");
     line.clearFault(1);
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
 }
 
 TEST(SimulatorLine, AClosedTcpLineDropsItsClientAndComesBack) {
@@ -245,11 +245,11 @@ TEST(SimulatorLine, AClosedTcpLineDropsItsClientAndComesBack) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    EXPECT_EQ(checked(client), check_reply);
-    client.write(check_request);
+    EXPECT_EQ(checked(client), CheckReply);
+    client.write(CheckRequest);
     EXPECT_TRUE(client.seesTheEnd());
     ASSERT_TRUE(openSoon(client, line.devicePath()));
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
 }
 
 TEST(SimulatorLine, AClosedPseudoTerminalComesBackUnderItsLink) {
@@ -259,11 +259,11 @@ TEST(SimulatorLine, AClosedPseudoTerminalComesBackUnderItsLink) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(link));
-    EXPECT_EQ(checked(client), check_reply);
-    client.write(check_request);
+    EXPECT_EQ(checked(client), CheckReply);
+    client.write(CheckRequest);
     EXPECT_TRUE(client.seesTheEnd());
     ASSERT_TRUE(openSoon(client, link));
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
 }
 
 TEST(SimulatorLine, StopsWhileAReplyIsFarAway) {
@@ -271,7 +271,7 @@ TEST(SimulatorLine, StopsWhileAReplyIsFarAway) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    client.write(check_request);
+    client.write(CheckRequest);
     ASSERT_TRUE(soon([&] { return line.counters().faults == 1; }));
     line.stop();
     EXPECT_EQ(line.counters().bytes_sent, 0u);
@@ -287,7 +287,7 @@ TEST(SimulatorLine, AnExchangeTakesAtLeastItsWireTime) {
     ASSERT_TRUE(client.open(line.devicePath()));
     QElapsedTimer taken;
     taken.start();
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
     EXPECT_GE(taken.nsecsElapsed(), settings.timing.wireTime(46) + 5000000);
 }
 
@@ -299,7 +299,7 @@ TEST(SimulatorLine, LogsEachRequestFromItsOwnThread) {
     ASSERT_EQ(shown(errorOf(line.start())), "");
     LineClient client;
     ASSERT_TRUE(client.open(line.devicePath()));
-    EXPECT_EQ(checked(client), check_reply);
+    EXPECT_EQ(checked(client), CheckReply);
     line.stop();
     EXPECT_EQ(shown(log.value(0)), shown(line.devicePath()) + ": a client connected");
     EXPECT_EQ(shown(log.value(1)), "station 1: RN 1 from 0x00002016, fault late ms=1");

@@ -11,8 +11,8 @@ using namespace simulator;
 
 namespace {
 
-constexpr qint64 millisecond = 1000000;
-constexpr double character_38400 = 11.0 / 38400 * 1e9; // ns
+constexpr qint64 Millisecond = 1000000;
+constexpr double Character38400 = 11.0 / 38400 * 1e9; // ns
 
 /** A line with the stations 1 and 2 on fake time. */
 class SimulatorLineSession : public ::testing::Test {
@@ -53,13 +53,13 @@ protected:
     std::string m_log;
 };
 
-const char check_request[] = "<02>0100XRN00LL00002016<03>C1<0D><0A>";
-const char check_reply[] = "<02>0100X0000000000<03>02<0D><0A>";
+const char CheckRequest[] = "<02>0100XRN00LL00002016<03>C1<0D><0A>";
+const char CheckReply[] = "<02>0100X0000000000<03>02<0D><0A>";
 
 } // namespace
 
 TEST_F(SimulatorLineSession, AnswersItsStationsOnly) {
-    EXPECT_EQ(exchange(wire(check_request)), check_reply);
+    EXPECT_EQ(exchange(wire(CheckRequest)), CheckReply);
     EXPECT_EQ(exchange(readRequest(2, 0x2016, 1)), "<02>0200X0000000000<03>01<0D><0A>");
     EXPECT_EQ(exchange(readRequest(3, 0x2016, 1)), "");
     EXPECT_EQ(m_session->counters().other_stations, 1u);
@@ -89,19 +89,19 @@ TEST_F(SimulatorLineSession, WritesAndReadsAllThreeCommands) {
 }
 
 TEST_F(SimulatorLineSession, AnswersDribbledGluedAndNoisyRequests) {
-    const QByteArray request = wire(check_request);
+    const QByteArray request = wire(CheckRequest);
     std::string replies;
     for (char byte : request)
         replies += exchange(QByteArray(1, byte));
-    EXPECT_EQ(replies, check_reply);
-    EXPECT_EQ(exchange(request + request), std::string(check_reply) + check_reply);
-    EXPECT_EQ(exchange("noise" + request.left(10) + request), check_reply);
+    EXPECT_EQ(replies, CheckReply);
+    EXPECT_EQ(exchange(request + request), std::string(CheckReply) + CheckReply);
+    EXPECT_EQ(exchange("noise" + request.left(10) + request), CheckReply);
     EXPECT_EQ(m_session->counters().noise_bytes, 15u);
 }
 
 TEST_F(SimulatorLineSession, WithoutASpeedTheReplyComesAtOnceInOneWrite) {
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request));
+    m_session->receive(wire(CheckRequest));
     ASSERT_EQ(m_port.written().size(), 1u);
     EXPECT_EQ(m_port.written().front().time, start);
     EXPECT_EQ(m_clock.sleeps(), 0);
@@ -110,11 +110,11 @@ TEST_F(SimulatorLineSession, WithoutASpeedTheReplyComesAtOnceInOneWrite) {
 TEST_F(SimulatorLineSession, ARequestOccupiesTheLineBeforeItsReply) {
     build({}, {38400, 5});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request)); // 25 characters
-    const double reply_start = 25 * character_38400 + 5.0 * millisecond;
+    m_session->receive(wire(CheckRequest)); // 25 characters
+    const double reply_start = 25 * Character38400 + 5.0 * Millisecond;
     const auto [first, last] = replyTimes(start);
     EXPECT_GT(double(first), reply_start);
-    EXPECT_NEAR(double(last), reply_start + 21 * character_38400, 2);
+    EXPECT_NEAR(double(last), reply_start + 21 * Character38400, 2);
 }
 
 TEST_F(SimulatorLineSession, CharactersLeaveAtTheSpeedOfTheLine) {
@@ -125,7 +125,7 @@ TEST_F(SimulatorLineSession, CharactersLeaveAtTheSpeedOfTheLine) {
     for (const RecordingPort::Written& part : m_port.written()) {
         sent += part.bytes.size();
         EXPECT_LE(part.bytes.size(), 3);
-        EXPECT_NEAR(double(part.time - start), double(sent) * character_38400, 2);
+        EXPECT_NEAR(double(part.time - start), double(sent) * Character38400, 2);
     }
     EXPECT_EQ(sent, 417 + 413);
 }
@@ -136,41 +136,40 @@ TEST_F(SimulatorLineSession, PacingDoesNotDriftOverManyExchanges) {
     const qint64 start = m_clock.now();
     for (int i = 0; i < 100; ++i)
         m_session->receive(request);
-    const double exchange_time = (417 + 413) * character_38400 + 1.5 * millisecond;
+    const double exchange_time = (417 + 413) * Character38400 + 1.5 * Millisecond;
     EXPECT_NEAR(double(m_clock.now() - start), 100 * exchange_time, 500);
 }
 
 TEST_F(SimulatorLineSession, ALateWakeUpDelaysNothingAfterIt) {
     build({}, {9600, 0});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request).left(24));
-    m_clock.advance(30 * millisecond); // past the wire time of the 24 characters
-    m_session->receive(wire(check_request).mid(24));
+    m_session->receive(wire(CheckRequest).left(24));
+    m_clock.advance(30 * Millisecond); // past the wire time of the 24 characters
+    m_session->receive(wire(CheckRequest).mid(24));
     const double character = 11.0 / 9600 * 1e9;
-    EXPECT_NEAR(double(replyTimes(start).second), 30.0 * millisecond + 22 * character, 2);
+    EXPECT_NEAR(double(replyTimes(start).second), 30.0 * Millisecond + 22 * character, 2);
 }
 
 TEST_F(SimulatorLineSession, GluedRequestsAreAnsweredOneAfterTheOther) {
     build({}, {38400, 5});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request).repeated(2));
-    EXPECT_NEAR(double(replyTimes(start).second), 2 * (46 * character_38400 + 5.0 * millisecond),
-                4);
+    m_session->receive(wire(CheckRequest).repeated(2));
+    EXPECT_NEAR(double(replyTimes(start).second), 2 * (46 * Character38400 + 5.0 * Millisecond), 4);
 }
 
 TEST_F(SimulatorLineSession, MovingValuesFollowTheClock) {
     m_stations[1]->setMoving(0x50, {MovingValue::Shape::Counter, 0, 0, 1, 1});
     EXPECT_EQ(exchange(readRequest(1, 0x50, 1)), shown(framed("0100X0000000000")));
-    m_clock.advance(3000 * millisecond);
+    m_clock.advance(3000 * Millisecond);
     EXPECT_EQ(exchange(readRequest(1, 0x50, 1)), shown(framed("0100X0000000003")));
 }
 
 TEST_F(SimulatorLineSession, FaultsStrikeAndAreLogged) {
     build({"end-code:value=0x4A,on=2,station=1", "silence:on=3,station=1"});
-    EXPECT_EQ(exchange(wire(check_request)), check_reply);
-    EXPECT_EQ(exchange(wire(check_request)), shown(framed("0100X4A")));
-    EXPECT_EQ(exchange(wire(check_request)), "");
-    EXPECT_EQ(exchange(wire(check_request)), check_reply);
+    EXPECT_EQ(exchange(wire(CheckRequest)), CheckReply);
+    EXPECT_EQ(exchange(wire(CheckRequest)), shown(framed("0100X4A")));
+    EXPECT_EQ(exchange(wire(CheckRequest)), "");
+    EXPECT_EQ(exchange(wire(CheckRequest)), CheckReply);
     EXPECT_EQ(m_session->counters().faults, 2u);
     EXPECT_EQ(m_log, "station 1: RN 1 from 0x00002016\n"
                      "station 1: RN 1 from 0x00002016, fault end-code value=74\n"
@@ -201,61 +200,61 @@ TEST_F(SimulatorLineSession, AWriteWhoseReplyIsSpoiltIsCarriedOut) {
 TEST_F(SimulatorLineSession, ALateReplyComesThatMuchLater) {
     build({"late:ms=400"}, {38400, 5});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request));
-    EXPECT_NEAR(double(replyTimes(start).second), 46 * character_38400 + 405.0 * millisecond, 2);
+    m_session->receive(wire(CheckRequest));
+    EXPECT_NEAR(double(replyTimes(start).second), 46 * Character38400 + 405.0 * Millisecond, 2);
 }
 
 TEST_F(SimulatorLineSession, ASplitReplyPausesBetweenItsParts) {
     build({"split:at=6,ms=30"});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request));
+    m_session->receive(wire(CheckRequest));
     ASSERT_EQ(m_port.written().size(), 2u);
     EXPECT_EQ(shown(m_port.written()[0].bytes), "<02>0100X");
     EXPECT_EQ(m_port.written()[0].time, start);
-    EXPECT_EQ(m_port.written()[1].time, start + 30 * millisecond);
+    EXPECT_EQ(m_port.written()[1].time, start + 30 * Millisecond);
 }
 
 TEST_F(SimulatorLineSession, ADribbledReplyPausesBetweenBytes) {
     build({"dribble:ms=10"});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request));
+    m_session->receive(wire(CheckRequest));
     ASSERT_EQ(m_port.written().size(), 21u);
-    EXPECT_EQ(replyTimes(start).second, 200 * millisecond);
+    EXPECT_EQ(replyTimes(start).second, 200 * Millisecond);
 }
 
 TEST_F(SimulatorLineSession, AnEchoComesBeforeTheTurnaround) {
     build({"echo"}, {38400, 5});
     const qint64 start = m_clock.now();
-    m_session->receive(wire(check_request));
-    EXPECT_EQ(shown(m_port.written().front().bytes), check_request);
-    EXPECT_NEAR(double(m_port.written().front().time - start), 25 * character_38400, 2);
-    EXPECT_NEAR(double(replyTimes(start).second), 46 * character_38400 + 5.0 * millisecond, 2);
+    m_session->receive(wire(CheckRequest));
+    EXPECT_EQ(shown(m_port.written().front().bytes), CheckRequest);
+    EXPECT_NEAR(double(m_port.written().front().time - start), 25 * Character38400, 2);
+    EXPECT_NEAR(double(replyTimes(start).second), 46 * Character38400 + 5.0 * Millisecond, 2);
 }
 
 TEST_F(SimulatorLineSession, AClosedLineIsClosedForItsTime) {
     build({"close:ms=250"});
     const qint64 start = m_clock.now();
-    EXPECT_EQ(exchange(wire(check_request)), "");
+    EXPECT_EQ(exchange(wire(CheckRequest)), "");
     EXPECT_FALSE(m_port.isOpen());
-    EXPECT_EQ(m_clock.now() - start, 250 * millisecond);
+    EXPECT_EQ(m_clock.now() - start, 250 * Millisecond);
 }
 
 TEST_F(SimulatorLineSession, AStoppedSessionSendsNothing) {
     build({"late:ms=3600000"});
     m_session->stop();
-    EXPECT_EQ(exchange(wire(check_request)), "");
+    EXPECT_EQ(exchange(wire(CheckRequest)), "");
     EXPECT_EQ(m_session->counters().replies, 0u);
     EXPECT_EQ(m_clock.sleeps(), 0);
 }
 
 TEST_F(SimulatorLineSession, LongWaitsAreSlicedSoThatAStopIsSeen) {
     build({"late:ms=1000"});
-    m_session->receive(wire(check_request));
+    m_session->receive(wire(CheckRequest));
     EXPECT_EQ(m_clock.sleeps(), 20);
 }
 
 TEST_F(SimulatorLineSession, CountsWhatHappens) {
-    exchange(wire(check_request));
+    exchange(wire(CheckRequest));
     exchange(framed("0100XWN00LL000001000000000C"));
     exchange(wire("<02><0A>"));
     const LineCounters counters = m_session->counters();
@@ -272,9 +271,9 @@ TEST_F(SimulatorLineSession, TracesWhatWasOnTheLineAndWhen) {
     device.open(QIODevice::WriteOnly);
     m_trace = std::make_unique<trace::FrameTrace>(&device);
     build({"checksum:on=2"}, {38400, 5});
-    exchange(wire(check_request));
+    exchange(wire(CheckRequest));
     exchange(readRequest(2, 0x2016, 1));
-    exchange(wire(check_request));
+    exchange(wire(CheckRequest));
     const QList<QByteArray> lines = device.data().trimmed().split('\n');
     ASSERT_EQ(lines.size(), 6);
     EXPECT_EQ(lines[0].trimmed().toStdString(),

@@ -24,7 +24,7 @@ Reply write(Station& station, const Words& addresses, const Words& values) {
 TEST(SimulatorStation, ReadsBackWhatWasWrittenInTheOrderAskedFor) {
     Station station(3);
     const Reply written = write(station, {0x10, 0xFFFFFFFF, 0x10}, {1, 2, 3});
-    EXPECT_EQ(written.end_code, end_ok);
+    EXPECT_EQ(written.end_code, EndOk);
     EXPECT_TRUE(written.data.empty());
     const Reply reply = read(station, {0xFFFFFFFF, 0x10, 0x11});
     EXPECT_EQ(reply.station, 3);
@@ -56,7 +56,7 @@ TEST(SimulatorStation, TheLowLatencyCheckCannotBeWritten) {
 
 TEST(SimulatorStation, HoldsThirtyTwoPlausiblePrograms) {
     Station station(1);
-    for (int number = 1; number <= program_count; ++number) {
+    for (int number = 1; number <= ProgramCount; ++number) {
         const quint32 base = 0x1000 + 0x20 * quint32(number - 1);
         EXPECT_GE(station.read(base, 0), 80u) << number;
         EXPECT_LE(station.read(base, 0), 1000u) << number;

@@ -8,7 +8,7 @@ using namespace simulator;
 
 namespace {
 
-const char request[] = "<02>0100XRN00LL00002016<03>C1<0D><0A>";
+const char AnyRequest[] = "<02>0100XRN00LL00002016<03>C1<0D><0A>";
 
 /** What leaves, with pauses as "~ms~" between the pieces. */
 std::string sent(const Transmission& transmission) {
@@ -26,13 +26,13 @@ std::string sent(const Transmission& transmission) {
 }
 
 std::string sentWith(const char* fault, const Reply& reply) {
-    return sent(faultyTransmission(*parseFault(QLatin1String(fault)), wire(request), reply));
+    return sent(faultyTransmission(*parseFault(QLatin1String(fault)), wire(AnyRequest), reply));
 }
 
 } // namespace
 
 TEST(SimulatorTransmission, WithoutAFaultIsTheReply) {
-    EXPECT_EQ(sent(plainTransmission({1, 0, end_ok, {200}})), "<02>0100X00000000C8<03>E7<0D><0A>");
+    EXPECT_EQ(sent(plainTransmission({1, 0, EndOk, {200}})), "<02>0100X00000000C8<03>E7<0D><0A>");
 }
 
 TEST(SimulatorTransmission, ShowsEveryFaultByteForByte) {
@@ -54,25 +54,25 @@ TEST(SimulatorTransmission, ShowsEveryFaultByteForByte) {
         {"close:ms=250", "closed 250"},
     };
     for (const auto& [fault, expected] : rows)
-        EXPECT_EQ(sentWith(fault, {1, 0, end_ok, {200}}), expected) << fault;
+        EXPECT_EQ(sentWith(fault, {1, 0, EndOk, {200}}), expected) << fault;
 }
 
 TEST(SimulatorTransmission, DribblesByteByByte) {
-    EXPECT_EQ(sentWith("dribble:ms=5", {1, 0, end_ok, {}}),
+    EXPECT_EQ(sentWith("dribble:ms=5", {1, 0, EndOk, {}}),
               "<02>~5~0~5~1~5~0~5~0~5~X~5~0~5~0~5~<03>~5~8~5~2~5~<0D>~5~<0A>");
 }
 
 TEST(SimulatorTransmission, TheBadChecksumOfFfIs00) {
-    EXPECT_EQ(sentWith("checksum", {1, 0, end_ok, {0x10000002}}),
+    EXPECT_EQ(sentWith("checksum", {1, 0, EndOk, {0x10000002}}),
               "<02>0100X0010000002<03>00<0D><0A>");
 }
 
 TEST(SimulatorTransmission, TheStationAfterTheLastIs0) {
-    EXPECT_EQ(sentWith("wrong-station", {255, 0, end_ok, {}}), "<02>0000X00<03>83<0D><0A>");
+    EXPECT_EQ(sentWith("wrong-station", {255, 0, EndOk, {}}), "<02>0000X00<03>83<0D><0A>");
 }
 
 TEST(SimulatorTransmission, AnEchoedRefusalIsCarriedInOneText) {
     const Transmission transmission =
-        faultyTransmission(*parseFault(QLatin1String("echo")), "ab", {1, 0, end_ok, {}});
+        faultyTransmission(*parseFault(QLatin1String("echo")), "ab", {1, 0, EndOk, {}});
     EXPECT_EQ(shown(transmission.bytes()), "ab<02>0100X00<03>82<0D><0A>");
 }

@@ -15,12 +15,12 @@ using trace::FrameTrace;
 
 namespace {
 
-const QByteArray request("\x02"
-                         "0100XRN00LL00002016\x03"
-                         "C1\r\n");
-const QByteArray reply("\x02"
-                       "0100X00000000C8\x03"
-                       "E7\r\n");
+const QByteArray AnyRequest("\x02"
+                            "0100XRN00LL00002016\x03"
+                            "C1\r\n");
+const QByteArray AnyReply("\x02"
+                          "0100X00000000C8\x03"
+                          "E7\r\n");
 
 } // namespace
 
@@ -28,8 +28,8 @@ TEST(FrameTrace, WritesOneTabSeparatedLinePerFrame) {
     QBuffer device;
     device.open(QIODevice::WriteOnly);
     FrameTrace trace(&device);
-    EXPECT_TRUE(trace.record(Direction::Request, request, 5123456));
-    EXPECT_TRUE(trace.record(Direction::Reply, reply, 5139999));
+    EXPECT_TRUE(trace.record(Direction::Request, AnyRequest, 5123456));
+    EXPECT_TRUE(trace.record(Direction::Reply, AnyReply, 5139999));
     EXPECT_EQ(device.data().toStdString(),
               std::string("      5123.456\t->\t-\t<02>0100XRN00LL00002016<03>C1<0D><0A>"
                           "\tRN station=1 items=1 first=00002016\tok\n"
@@ -42,7 +42,7 @@ TEST(FrameTrace, TakesTheTimeFromTheMonotonicClock) {
     device.open(QIODevice::WriteOnly);
     FrameTrace trace(&device);
     const qint64 before = trace::monotonicMicroseconds();
-    trace.record(Direction::Request, request);
+    trace.record(Direction::Request, AnyRequest);
     const qint64 after = trace::monotonicMicroseconds();
     const double recorded = device.data().trimmed().split('\t').first().toDouble() * 1000;
     EXPECT_GE(recorded, double(before) - 1);
@@ -53,7 +53,7 @@ TEST(FrameTrace, AFileHoldsTheLineAtOnce) {
     QTemporaryFile device;
     ASSERT_TRUE(device.open());
     FrameTrace trace(&device);
-    trace.record(Direction::Request, request, 0);
+    trace.record(Direction::Request, AnyRequest, 0);
     QFile reader(device.fileName());
     ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
     EXPECT_TRUE(reader.readAll().endsWith("\tok\n"));
@@ -64,8 +64,8 @@ TEST(FrameTrace, ADeviceThatRefusesIsReportedOnce) {
     ASSERT_TRUE(device.open(QIODevice::WriteOnly));
     QStringList complaints;
     FrameTrace trace(&device, [&](const QString& error) { complaints += error; });
-    EXPECT_FALSE(trace.record(Direction::Request, request, 0));
-    EXPECT_FALSE(trace.record(Direction::Request, request, 1));
+    EXPECT_FALSE(trace.record(Direction::Request, AnyRequest, 0));
+    EXPECT_FALSE(trace.record(Direction::Request, AnyRequest, 1));
     EXPECT_EQ(complaints, QStringList(QString::fromLatin1("No space left on device")));
 }
 
@@ -77,7 +77,7 @@ TEST(FrameTrace, LinesOfManyThreadsStayWhole) {
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([&trace] {
             for (int n = 0; n < 100; ++n)
-                trace.record(Direction::Request, request, n);
+                trace.record(Direction::Request, AnyRequest, n);
         });
     for (std::thread& thread : threads)
         thread.join();

@@ -12,7 +12,7 @@ using namespace host;
 
 namespace {
 
-constexpr int PROGRAMS = 3;
+constexpr int Programs = 3;
 
 QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
@@ -28,17 +28,17 @@ protected:
         node.station = node.link_id = 1;
         node.is_default = true;
         project.nodes.append(node);
-        for (const QString& item : recipeSlotItems().mid(0, PROGRAMS)) {
+        for (const QString& item : recipeSlotItems().mid(0, Programs)) {
             TagDefinition tag;
             tag.address = *parseProjectAddress(item.section(QLatin1Char(':'), 0, 0));
             tag.type = *tagTypeByName(QStringLiteral("dword"));
-            tag.count = RECIPE_COLUMNS;
+            tag.count = RecipeColumns;
             tag.link_id = tag.station = 1;
             project.tags.append(tag);
         }
-        m_order.slots_known = recipeSlots(project, 1, PROGRAMS);
+        m_order.slots_known = recipeSlots(project, 1, Programs);
         m_order.program_id = 7;
-        m_order.count = PROGRAMS;
+        m_order.count = Programs;
         m_order.stick = m_stick.path();
         for (auto& script : driver.script)
             script = {{true, 0}, {true, 100}};
@@ -46,10 +46,10 @@ protected:
 
     /** A file with rows of these labels; all values are @p value. */
     void writeFile(const char* name, const QStringList& labels, const QString& value) {
-        QString content = QString(RECIPE_COLUMNS, QLatin1Char('\t')) + QLatin1Char('\n');
+        QString content = QString(RecipeColumns, QLatin1Char('\t')) + QLatin1Char('\n');
         for (const QString& label : labels) {
             content += label;
-            for (int i = 0; i < RECIPE_COLUMNS; ++i)
+            for (int i = 0; i < RecipeColumns; ++i)
                 content += QLatin1Char('\t') + value;
             content += QLatin1Char('\n');
         }
@@ -59,8 +59,8 @@ protected:
 
     /** All values of all programs in the controller. */
     void hold(quint32 value) {
-        QByteArray image(4 * RECIPE_COLUMNS, '\0');
-        for (int i = 0; i < RECIPE_COLUMNS; ++i)
+        QByteArray image(4 * RecipeColumns, '\0');
+        for (int i = 0; i < RecipeColumns; ++i)
             qToLittleEndian<quint32>(value, image.data() + 4 * i);
         for (const TagDefinition& tag : m_order.slots_known.tags)
             driver.values[tag.address.text] = image;
@@ -72,7 +72,7 @@ protected:
         return (job.*what)();
     }
 
-    const QStringList LABELS = {text("程序1"), text("程序2"), text("程序3")};
+    const QStringList Labels = {text("程序1"), text("程序2"), text("程序3")};
     TransferLink link;
     TransferDriver& driver = link.driver;
     TemporaryDirectory m_stick;
@@ -83,7 +83,7 @@ protected:
 } // namespace
 
 TEST_F(RecipeJobTest, PullsAFile) {
-    driver.on_start = [&](TransferDriver::Kind) { writeFile("PROG_7.txt", LABELS, text("5")); };
+    driver.on_start = [&](TransferDriver::Kind) { writeFile("PROG_7.txt", Labels, text("5")); };
     const RecipeReport report = run(&RecipeJob::pull);
     EXPECT_EQ(report.problems, QStringList());
     EXPECT_EQ(report.programs, QVector<int>({1, 2, 3}));
@@ -92,7 +92,7 @@ TEST_F(RecipeJobTest, PullsAFile) {
 
 TEST_F(RecipeJobTest, NamesProgramsThatThePulledFileLacks) {
     driver.on_start = [&](TransferDriver::Kind) {
-        writeFile("PROG_7.txt", {LABELS[1]}, text("5"));
+        writeFile("PROG_7.txt", {Labels[1]}, text("5"));
     };
     m_order.slots_known.unknown = {4, 5};
     m_order.count = 5;
@@ -102,10 +102,10 @@ TEST_F(RecipeJobTest, NamesProgramsThatThePulledFileLacks) {
 }
 
 TEST_F(RecipeJobTest, DoesNotTakeAnOldFileForAPulledOne) {
-    writeFile("PROG_7.txt", LABELS, text("5"));
+    writeFile("PROG_7.txt", Labels, text("5"));
     driver.script[TransferDriver::Pull] = {{true, 0}, {false, 0}};
     EXPECT_EQ(run(&RecipeJob::pull).problems, QStringList(text("PROG_7.txt has not been written")));
-    driver.on_start = [&](TransferDriver::Kind) { writeFile("PROG_7.txt", LABELS, text("56")); };
+    driver.on_start = [&](TransferDriver::Kind) { writeFile("PROG_7.txt", Labels, text("56")); };
     EXPECT_TRUE(run(&RecipeJob::pull).ok()) << "its end fell between two looks";
 }
 
@@ -129,7 +129,7 @@ TEST_F(RecipeJobTest, PrintsANewErrorLogButNoOldOne) {
 }
 
 TEST_F(RecipeJobTest, ReadsBackWhatItHasPushed) {
-    writeFile("PROG_7.txt", LABELS, text("5"));
+    writeFile("PROG_7.txt", Labels, text("5"));
     hold(5);
     const RecipeReport report = run(&RecipeJob::push);
     EXPECT_EQ(report.problems, QStringList());
@@ -137,7 +137,7 @@ TEST_F(RecipeJobTest, ReadsBackWhatItHasPushed) {
 }
 
 TEST_F(RecipeJobTest, NeverCallsAWrongValueRight) {
-    writeFile("PROG_7.txt", LABELS, text("5"));
+    writeFile("PROG_7.txt", Labels, text("5"));
     hold(6);
     const RecipeReport report = run(&RecipeJob::push);
     EXPECT_EQ(report.programs, QVector<int>());
@@ -148,7 +148,7 @@ TEST_F(RecipeJobTest, NeverCallsAWrongValueRight) {
 }
 
 TEST_F(RecipeJobTest, ExplainsValuesThatLoseTheirThirdByte) {
-    writeFile("PROG_7.txt", {LABELS[0]}, text("70000"));
+    writeFile("PROG_7.txt", {Labels[0]}, text("70000"));
     hold(4464);
     EXPECT_EQ(run(&RecipeJob::push).problems.first(),
               text("program 1, value 1: the file says 70000, the controller holds 4464; the driver "
@@ -156,7 +156,7 @@ TEST_F(RecipeJobTest, ExplainsValuesThatLoseTheirThirdByte) {
 }
 
 TEST_F(RecipeJobTest, SaysWhenItCannotReadBack) {
-    writeFile("PROG_7.txt", LABELS, text("5"));
+    writeFile("PROG_7.txt", Labels, text("5"));
     driver.silent_stations = {1};
     EXPECT_EQ(run(&RecipeJob::push).problems,
               QStringList(text("program 1 and those behind it cannot be read back: no value from "
@@ -170,7 +170,7 @@ TEST_F(RecipeJobTest, TakesNothingForRightThatItCannotCompare) {
 }
 
 TEST_F(RecipeJobTest, RefusesRowsThatAreLabelledForOtherPrograms) {
-    writeFile("PROG_7.txt", {LABELS[0], LABELS[2]}, text("5"));
+    writeFile("PROG_7.txt", {Labels[0], Labels[2]}, text("5"));
     hold(5);
     EXPECT_EQ(run(&RecipeJob::push).problems,
               QStringList({text("row 2 is labelled for program 3, but would be written to "
@@ -186,8 +186,8 @@ TEST_F(RecipeJobTest, WantsOneFileToPush) {
     EXPECT_TRUE(run(&RecipeJob::push)
                     .problems.first()
                     .startsWith(text("there is neither PROG_7.txt nor PROG_7_*.txt in ")));
-    writeFile("PROG_7.txt", LABELS, text("5"));
-    writeFile("PROG_7_b.txt", LABELS, text("6"));
+    writeFile("PROG_7.txt", Labels, text("5"));
+    writeFile("PROG_7_b.txt", Labels, text("6"));
     hold(6);
     EXPECT_EQ(run(&RecipeJob::push).problems,
               QStringList(text("several files match; choose one with --file: PROG_7.txt, "
@@ -202,18 +202,18 @@ TEST_F(RecipeJobTest, WantsOneFileToPush) {
 
 TEST_F(RecipeJobTest, WarnsOfAPartOnlyWhereSomethingCanHaveBeenWritten) {
     driver.script[TransferDriver::Push] = {{true, 0, true}};
-    writeFile("PROG_7.txt", LABELS, text("5"));
+    writeFile("PROG_7.txt", Labels, text("5"));
     EXPECT_EQ(run(&RecipeJob::push).problems.last(),
               text("the controller may hold a part of the programs; push them again"));
     driver.now[TransferDriver::Push] = {};
-    writeFile("PROG_7.txt", LABELS, text("x"));
+    writeFile("PROG_7.txt", Labels, text("x"));
     EXPECT_EQ(run(&RecipeJob::push).problems,
               QStringList(text("the driver has given up, and could write no error log")));
 }
 
 TEST_F(RecipeJobTest, MakesABlankFile) {
     driver.on_start = [&](TransferDriver::Kind) {
-        writeFile("PROG_template.txt", LABELS, text("0"));
+        writeFile("PROG_template.txt", Labels, text("0"));
     };
     EXPECT_EQ(run(&RecipeJob::makeTemplate).programs, QVector<int>({1, 2, 3}));
 }

@@ -35,8 +35,8 @@ Project projectWith(const QVector<TagDefinition>& tags) {
 
 TEST(RecipeSlotsTest, KnowsWhereTheProgramsAre) {
     EXPECT_EQ(recipeSlotAddress(1), 0x1000u);
-    EXPECT_EQ(recipeSlotAddress(RECIPE_PROGRAMS), 0x13e0u);
-    EXPECT_EQ(recipeSlotItems().size(), RECIPE_PROGRAMS);
+    EXPECT_EQ(recipeSlotAddress(RecipePrograms), 0x13e0u);
+    EXPECT_EQ(recipeSlotItems().size(), RecipePrograms);
     EXPECT_EQ(recipeSlotItems().last(), QStringLiteral("NA13e0:dword:24"));
 }
 

@@ -101,8 +101,8 @@ TEST_F(RecipeTransferTest, GivesUpAPushToAStationThatIsSilent) {
     };
     const qint64 start = link.clock.msecsSinceBoot();
     EXPECT_EQ(run(TransferKind::Push).error, QStringLiteral("the controller does not answer"));
-    EXPECT_GT(link.clock.msecsSinceBoot() - start, TransferLink::TIMEOUT_MS);
-    EXPECT_LT(link.clock.msecsSinceBoot() - start, 2 * TransferLink::TIMEOUT_MS);
+    EXPECT_GT(link.clock.msecsSinceBoot() - start, TransferLink::TimeoutMsecs);
+    EXPECT_LT(link.clock.msecsSinceBoot() - start, 2 * TransferLink::TimeoutMsecs);
 }
 
 TEST_F(RecipeTransferTest, EndsAtOnceWhenItIsCancelled) {

@@ -11,7 +11,7 @@
 struct TransferLink {
     TransferLink() {
         const DeviceSetting device(DEVICE_RS485, QStringLiteral("COM2"), 38400, 8, 0, 2);
-        const DriverSetting timing(TIMEOUT_MS, 0, 1, 20);
+        const DriverSetting timing(TimeoutMsecs, 0, 1, 20);
         auto port = std::make_unique<host::HostPort>(
             std::unique_ptr<host::ByteChannel>(&channel), device, timing, [](const QString&) {},
             nullptr, clock);
@@ -19,7 +19,7 @@ struct TransferLink {
             std::move(port), std::unique_ptr<DriverInterface>(&driver), clock);
     }
 
-    static constexpr int TIMEOUT_MS = 4000;
+    static constexpr int TimeoutMsecs = 4000;
 
     SimulatedClock clock;
     ScriptedChannel& channel = *new ScriptedChannel; // the port's
