@@ -1,14 +1,12 @@
 # Compile settings shared by all rooms, and the two ways to declare a room.
 add_library(panel_options INTERFACE)
-target_compile_options(panel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow
-                                               -Wnon-virtual-dtor)
+target_compile_options(panel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor)
 if(PANEL_WERROR)
   target_compile_options(panel_options INTERFACE -Werror)
 endif()
 if(PANEL_SANITIZE)
   target_compile_options(panel_options INTERFACE -fsanitize=${PANEL_SANITIZE}
-                                                 -fno-omit-frame-pointer
-                                                 -fno-sanitize-recover=all)
+                                                 -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(panel_options INTERFACE -fsanitize=${PANEL_SANITIZE})
 endif()
 if(PANEL_SANITIZE MATCHES "address")
@@ -16,9 +14,8 @@ if(PANEL_SANITIZE MATCHES "address")
   add_library(shared_globals OBJECT ${PROJECT_SOURCE_DIR}/tests/sanitizers/sharedglobals.cpp)
   target_sources(
     panel_options
-    INTERFACE
-      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:address_options>>
-      $<$<BOOL:$<TARGET_PROPERTY:ENABLE_EXPORTS>>:$<TARGET_OBJECTS:shared_globals>>)
+    INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:address_options>>
+              $<$<BOOL:$<TARGET_PROPERTY:ENABLE_EXPORTS>>:$<TARGET_OBJECTS:shared_globals>>)
 endif()
 if(PANEL_SANITIZE MATCHES "thread" AND PANEL_QT EQUAL 5)
   # Every program tells ThreadSanitizer what Qt's synchronization means.
@@ -28,12 +25,12 @@ if(PANEL_SANITIZE MATCHES "thread" AND PANEL_QT EQUAL 5)
   target_link_libraries(qt_synchronization PRIVATE panel_qt_core)
   target_compile_options(qt_synchronization PRIVATE -fsanitize=${PANEL_SANITIZE})
   set_target_properties(qt_synchronization PROPERTIES CXX_STANDARD 17)
-  target_compile_options(
-    panel_options INTERFACE -include ${PROJECT_SOURCE_DIR}/tests/sanitizers/qtinlines.h)
+  target_compile_options(panel_options INTERFACE -include
+                                                 ${PROJECT_SOURCE_DIR}/tests/sanitizers/qtinlines.h)
   target_sources(
     panel_options
-    INTERFACE
-      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:qt_synchronization>>)
+    INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:qt_synchronization>>
+  )
   target_link_libraries(panel_options INTERFACE ${CMAKE_DL_LIBS})
 endif()
 if(PANEL_FUZZ)
@@ -123,11 +120,8 @@ function(panel_room name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ROOM_LIBRARIES} PRIVATE panel_options)
   set_target_properties(
-    ${name}
-    PROPERTIES CXX_STANDARD ${ROOM_STANDARD}
-               AUTORCC ON
-               CXX_VISIBILITY_PRESET hidden
-               VISIBILITY_INLINES_HIDDEN ON)
+    ${name} PROPERTIES CXX_STANDARD ${ROOM_STANDARD} AUTORCC ON CXX_VISIBILITY_PRESET hidden
+                       VISIBILITY_INLINES_HIDDEN ON)
   panel_moc(${name})
   panel_precompiled(${name} room_headers_${ROOM_STANDARD})
 endfunction()
@@ -152,7 +146,6 @@ function(panel_test name)
   panel_moc(${name})
   panel_precompiled(${name} test_headers GTest::gtest)
   gtest_discover_tests(
-    ${name}
-    DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${TEST_ENVIRONMENT}")
+    ${name} DISCOVERY_MODE PRE_TEST PROPERTIES
+    TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${TEST_ENVIRONMENT}")
 endfunction()
