@@ -10,9 +10,9 @@ using namespace host;
 
 namespace {
 
-using json = nlohmann::ordered_json;
+using Json = nlohmann::ordered_json;
 
-json driverInfo(DriverPlugin& plugin) {
+Json driverInfo(DriverPlugin& plugin) {
     const std::unique_ptr<DriverInterface> driver = plugin.createDriver();
     const std::unique_ptr<DeviceSetting> device(driver->getDefaultSerialDeviceSetting());
     const std::unique_ptr<DriverSetting> timing(driver->getDefaultDriverSetting());
@@ -27,8 +27,8 @@ json driverInfo(DriverPlugin& plugin) {
             {"delay_ms", timing->delay}};
 }
 
-json linkInfo(const Project& project, const LinkDefinition& link) {
-    json stations = json::array();
+Json linkInfo(const Project& project, const LinkDefinition& link) {
+    Json stations = Json::array();
     for (const NodeDefinition& node : project.nodes) {
         if (node.link_id == link.id)
             stations.push_back(node.station);
@@ -51,17 +51,17 @@ json linkInfo(const Project& project, const LinkDefinition& link) {
             {"delay_ms", link.delay_ms}};
 }
 
-void addRows(QVector<QStringList>& rows, const json& object) {
+void addRows(QVector<QStringList>& rows, const Json& object) {
     for (const auto& [key, value] : object.items()) {
         const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
         rows.append({QString::fromStdString(key), QString::fromStdString(text)});
     }
 }
 
-void printSections(const json& info) {
+void printSections(const Json& info) {
     QVector<QStringList> rows = {{QStringLiteral("DRIVER")}};
     addRows(rows, info["driver"]);
-    for (const json& link : info.value("links", json::array())) {
+    for (const Json& link : info.value("links", Json::array())) {
         rows.append({QString()});
         rows.append({QStringLiteral("LINK")});
         addRows(rows, link);
@@ -72,7 +72,7 @@ void printSections(const json& info) {
 } // namespace
 
 int runInfo(DriverPlugin& plugin, const Project* project, const Options& options) {
-    json info = {{"driver", driverInfo(plugin)}};
+    Json info = {{"driver", driverInfo(plugin)}};
     if (project) {
         info["project"] = project->name.toStdString();
         for (const LinkDefinition& link : project->links)

@@ -19,7 +19,7 @@ using namespace host;
 
 namespace {
 
-using json = nlohmann::ordered_json;
+using Json = nlohmann::ordered_json;
 
 constexpr qint64 LargestFile = 1 << 20; // bytes; a full file has some 10,000
 constexpr int DefaultColumns = 80;
@@ -63,8 +63,8 @@ QString summary(const QString& file, const RecipeCheck& check) {
                              : "; the controller would not hold what the file says");
 }
 
-json findingJson(const RecipeFinding& finding) {
-    json entry = {{"severity", severityName(finding.severity).toStdString()},
+Json findingJson(const RecipeFinding& finding) {
+    Json entry = {{"severity", severityName(finding.severity).toStdString()},
                   {"line", nullptr},
                   {"field", nullptr},
                   {"title", nullptr},
@@ -86,8 +86,8 @@ json findingJson(const RecipeFinding& finding) {
     return entry;
 }
 
-json checkJson(const QString& file, const RecipeCheck& check) {
-    json findings = json::array();
+Json checkJson(const QString& file, const RecipeCheck& check) {
+    Json findings = Json::array();
     for (const RecipeFinding& finding : check.findings)
         findings.push_back(findingJson(finding));
     return {{"file", file.toStdString()},
@@ -96,14 +96,14 @@ json checkJson(const QString& file, const RecipeCheck& check) {
             {"findings", findings}};
 }
 
-json switchesJson(const RecipeProgram& program, int first, int count) {
-    json values = json::array();
+Json switchesJson(const RecipeProgram& program, int first, int count) {
+    Json values = Json::array();
     for (int i = 0; i < count; ++i)
         values.push_back(program.value(first + i));
     return values;
 }
 
-json segmentJson(const RecipeSegment& segment) {
+Json segmentJson(const RecipeSegment& segment) {
     const RecipeProgram& program = segment.program;
     return {{"program", program.number},
             {"line", program.line},
@@ -118,8 +118,8 @@ json segmentJson(const RecipeSegment& segment) {
             {"inputs", switchesJson(program, RecipeFirstInput, RecipeInputs)}};
 }
 
-json profileJson(const QString& file, const RecipeProfile& profile) {
-    json segments = json::array();
+Json profileJson(const QString& file, const RecipeProfile& profile) {
+    Json segments = Json::array();
     for (const RecipeSegment& segment : profile.segments)
         segments.push_back(segmentJson(segment));
     return {{"file", file.toStdString()},
