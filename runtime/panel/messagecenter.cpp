@@ -41,9 +41,7 @@ MessageCenter::MessageCenter(QSize max_size, QSize size, int dock_edge, QRect do
     , animTimer(new QTimer(this))
     , rejectMessage(false)
     , maxSize(max_size)
-    , autoHideTimer(new QTimer(this))
-    , anim() {
-    setSlide(NoMove, QPoint(), QPoint());
+    , autoHideTimer(new QTimer(this)) {
     buildForm();
     setUpTimers();
     setColors(QRgb(color));

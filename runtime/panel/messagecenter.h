@@ -2,12 +2,10 @@
 #define RUNTIME_PANEL_MESSAGECENTER_H
 
 #include "runtime/base/panelservice.h"
+#include "runtime/panel/messagecentergeometry.h"
 
 #include <QColor>
 #include <QHash>
-#include <QPoint>
-#include <QRect>
-#include <QSize>
 #include <QWidget>
 
 QT_BEGIN_NAMESPACE
@@ -78,19 +76,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    enum MoveDirection { NoMove = -1, XDecreasing, XIncreasing, YDecreasing, YIncreasing };
-
     struct Ui {
         QHBoxLayout* horizontalLayout; // owned by the panel
         MessageCenterListWidget* list; // a child of the panel
-    };
-
-    struct Slide {
-        int moveDir;  // a MoveDirection
-        int steps;    // ticks of animTimer for the whole way
-        int step;     // ticks done
-        int distance; // pixels, absolute
-        int target;   // final x or y
     };
 
     typedef QHash<QObject*, QListWidgetItem*> SenderItems;
@@ -99,9 +87,7 @@ private:
     void setUpTimers();
     void setColors(QRgb background);
     void deliverPendingResize();
-    void computePositions(const QSize& size);
-    bool dockedAtKnownEdge() const;
-    void setSlide(MoveDirection direction, const QPoint& from, const QPoint& to);
+    MessageCenterDock dock() const { return MessageCenterDock(area, edge); }
     void restartAutoHide();
 
     QListWidgetItem* addEntry(const QString& message);
@@ -120,8 +106,8 @@ private:
     QTimer* animTimer; // a child of the panel
     bool rejectMessage;
     QSize maxSize;
-    QTimer* autoHideTimer; // a child of the panel
-    Slide anim;
+    QTimer* autoHideTimer;   // a child of the panel
+    MessageCenterSlide anim; // stepped by animTimer
     SenderItems senderItems; // null items: their entries were dropped for newer ones
 };
 

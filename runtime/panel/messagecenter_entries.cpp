@@ -56,7 +56,7 @@ QListWidgetItem* MessageCenter::addEntry(const QString& message) {
     MessageCenterItemWidget* widget = new MessageCenterItemWidget;
     item->setSizeHint(widget->size()); // the form's size, not yet the entry's
     widget->setMessage(message);
-    widget->setFixedSize(ui.list->width() - WidgetInset, MessageCenterItemWidget::EntryHeight);
+    widget->setFixedSize(ui.list->width() - WidgetInset, MessageEntryHeight);
 
     ui.list->insertItem(0, item);
     ui.list->setItemWidget(item, widget);

@@ -2,6 +2,7 @@
 
 #include "runtime/base/connectchecked.h"
 #include "runtime/panel/kbuzzer.h"
+#include "runtime/panel/messagecentergeometry.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -18,7 +19,7 @@ MessageCenterItemWidget::MessageCenterItemWidget(QWidget* parent)
 }
 
 void MessageCenterItemWidget::buildForm() {
-    resize(153, FormHeight);
+    resize(153, MessageRowHeight);
     setWindowTitle(QLatin1String("Form"));
 
     label_msg->setObjectName(QLatin1String("label_msg"));
@@ -30,7 +31,7 @@ void MessageCenterItemWidget::buildForm() {
     label_msg->setText(QLatin1String("TextLabel"));
 
     pushButton_remove->setObjectName(QLatin1String("pushButton_remove"));
-    pushButton_remove->setFixedSize(40, EntryHeight);
+    pushButton_remove->setFixedSize(40, MessageEntryHeight);
     QFont heavy;
     heavy.setFamily(QLatin1String("Aharoni"));
     heavy.setBold(true);

@@ -15,9 +15,6 @@ QT_END_NAMESPACE
 class PANEL_SERVICE MessageCenterItemWidget : public QWidget {
     Q_OBJECT
 public:
-    static const int FormHeight = 61;  ///< pixels as built, and of the row that it gets
-    static const int EntryHeight = 60; ///< in that row, as high as its button
-
     explicit MessageCenterItemWidget(QWidget* parent = nullptr);
 
     void setMessage(const QString& text);

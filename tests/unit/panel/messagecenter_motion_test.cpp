@@ -2,8 +2,6 @@
 #include "tests/support/notifier.h"
 #include "tests/unit/panel/messagepanel.h"
 
-#include <QImage>
-#include <QPixmap>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -234,22 +232,4 @@ TEST(MessageCenterMotion, ScrollingAndRemovingDoNotStartAStoppedTimer) {
     QMetaObject::invokeMethod(&panel.list(), "scrollClicked");
     panel.clickRemove(0);
     EXPECT_FALSE(panel.autoHideTimer().isActive());
-}
-
-TEST(MessageCenterMotion, WearsTheGivenColorItsInverseForTextAndAGrayOutline) {
-    MessagePanel panel;
-    EXPECT_EQ(0xffd0d8e0u, panel.palette().color(QPalette::Inactive, QPalette::Window).rgba());
-    EXPECT_EQ(0xff2f271fu, panel.palette().color(QPalette::Disabled, QPalette::WindowText).rgba());
-    QImage image(panel.size(), QImage::Format_RGB32);
-    panel.render(&image);
-    EXPECT_EQ(QColor(Qt::gray).rgb(), image.pixel(0, 0));
-    EXPECT_EQ(QColor(Qt::gray).rgb(), image.pixel(249, 199));
-    EXPECT_EQ(0xffd0d8e0u, image.pixel(1, 1));
-    EXPECT_EQ(0xffd0d8e0u, image.pixel(248, 198));
-}
-
-TEST(MessageCenterMotion, KeepsTheAlphaOfItsColorWhenItInvertsIt) {
-    MessageCenter panel(QSize(300, 300), panel_size, 0, dock_area, 0x40102030);
-    EXPECT_EQ(0x40102030u, panel.palette().color(QPalette::Window).rgba());
-    EXPECT_EQ(0x40efdfcfu, panel.palette().color(QPalette::WindowText).rgba());
 }
