@@ -1,32 +1,13 @@
-#include "runtime/panel/kbuzzer.h"
-
 #include "runtime/base/connectchecked.h"
-#include "runtime/panel/ksetting.h"
-#include "runtime/panel/panelpaths.h"
-#include "tests/support/fakeplatform.h"
-#include "tests/support/messagelog.h"
-#include "tests/support/scopedpanelpaths.h"
-#include "tests/support/simulatedclock.h"
-#include "tests/support/temporarydirectory.h"
-#include "tests/unit/panel/signalcounter.h"
-
-#include <QFile>
-#include <QtEndian>
-
-#include <gtest/gtest.h>
+#include "tests/unit/panel/buzzerfixture.h"
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
 #include <memory>
-#include <sys/stat.h>
-#include <thread>
-#include <unistd.h>
-#include <vector>
 
 namespace {
 
-const int PreferenceSetting = 12;
+typedef BuzzerFixture Buzzer;
 
 /** Asks for a sound when all work is done, from the buzzer's own thread. */
 class SecondSound : public QObject {
@@ -46,51 +27,7 @@ private:
     std::atomic<bool> m_played{false};
 };
 
-class Buzzer : public ::testing::Test {
-protected:
-    void SetUp() override {
-        fakePlatform() = FakePlatform();
-        directory.write(QString::fromLatin1("event1"), QByteArray());
-        ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 1));
-    }
-    void TearDown() override { fakePlatform() = FakePlatform(); }
-
-    QByteArray deviceBytes() const { return directory.read(QString::fromLatin1("event1")); }
-
-    /** The tones sent to the device so far; 0 is silence. */
-    std::vector<int> tones() const {
-        const QByteArray bytes = deviceBytes();
-        EXPECT_EQ(bytes.size() % 16, 0);
-        std::vector<int> values;
-        for (int at = 0; at < bytes.size(); at += 16) {
-            EXPECT_EQ(bytes.mid(at, 12), QByteArray("\0\0\0\0\0\0\0\0\x12\0\x02\0", 12));
-            const void* value = bytes.constData() + at + 12;
-            values.push_back(qFromLittleEndian<qint32>(static_cast<const uchar*>(value)));
-        }
-        return values;
-    }
-
-    /** Waits, as long as it takes, until that many events were sent. */
-    void waitForTones(size_t count) const {
-        while (tones().size() < count)
-            std::this_thread::yield();
-    }
-
-    using Tones = std::vector<int>;
-
-    TemporaryDirectory directory;
-    ScopedPanelPaths paths{directory.path()};
-    MessageLog log;
-    SimulatedClock running_clock{1}; // a sound takes no real time
-    SimulatedClock manual_clock{0};  // a sound lasts until advance()
-};
-
 } // namespace
-
-TEST_F(Buzzer, SilencesTheDeviceAtTheStartWithThePanelKernelsEvent) {
-    KBuzzer buzzer(running_clock);
-    EXPECT_EQ(deviceBytes(), QByteArray("\0\0\0\0\0\0\0\0\x12\0\x02\0\0\0\0\0", 16));
-}
 
 TEST_F(Buzzer, PlaysSoundsInOrderEachFollowedBySilence) {
     KBuzzer buzzer(running_clock);
@@ -179,17 +116,6 @@ TEST_F(Buzzer, TellsAllWorkDoneOnceMoreWhenItStops) {
     EXPECT_GT(done.value(), before);
 }
 
-TEST_F(Buzzer, DropsSoundsWhileDisabledButStillTellsAllWorkDone) {
-    ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 0));
-    SignalCounter done; // outlives the buzzer's thread
-    KBuzzer buzzer(running_clock);
-    EXPECT_FALSE(buzzer.isBuzzerEnabled());
-    done.follow(&buzzer, SIGNAL(allWorkDone()));
-    buzzer.makeSound(100, 440);
-    EXPECT_EQ(done.fromThisThread(), 1) << "told before the call returns";
-    EXPECT_EQ(tones(), Tones{0});
-}
-
 TEST_F(Buzzer, IgnoresEverySoundAfterTheLastOneAndTellsNothing) {
     fakePlatform().x86_hmi = true;
     SignalCounter done; // outlives the buzzer's thread
@@ -205,82 +131,6 @@ TEST_F(Buzzer, IgnoresEverySoundAfterTheLastOneAndTellsNothing) {
     EXPECT_EQ(done.fromThisThread(), 1);
 }
 
-TEST_F(Buzzer, TurnedOffDropsTheWaitingSoundsAndLetsThePlayingOneFinish) {
-    SignalCounter done; // outlives the buzzer's thread
-    KBuzzer buzzer(manual_clock);
-    done.follow(&buzzer, SIGNAL(allWorkDone()));
-    buzzer.makeSound(100, 440);
-    manual_clock.waitForSleepers(1);
-    buzzer.makeSound(100, 880);
-    const int before = done.value();
-    buzzer.setBuzzerEnabled(false);
-    EXPECT_EQ(tones(), (Tones{0, 440}));
-    manual_clock.advance(100);
-    done.waitFor(before + 1);
-    EXPECT_EQ(tones(), (Tones{0, 440, 0}));
-}
-
-TEST_F(Buzzer, SavesAChangedPreferenceAndTellsIt) {
-    SignalCounter told; // outlives the buzzer's thread
-    KBuzzer buzzer(running_clock);
-    told.follow(&buzzer, SIGNAL(buzzerState(bool)));
-    buzzer.setBuzzerEnabled(false);
-    EXPECT_FALSE(buzzer.isBuzzerEnabled());
-    EXPECT_EQ(told.value(), 1);
-    EXPECT_EQ(KSetting::getInstance()->getSettingValue(PreferenceSetting), 0);
-    buzzer.setBuzzerEnabled(true);
-    EXPECT_EQ(told.value(), 2);
-    EXPECT_EQ(KSetting::getInstance()->getSettingValue(PreferenceSetting), 1);
-    EXPECT_TRUE(fakePlatform().set_buzzer_calls.isEmpty()) << "the panel keeps it itself";
-}
-
-TEST_F(Buzzer, TellsAndSavesNothingForAnUnchangedPreference) {
-    SignalCounter told; // outlives the buzzer's thread
-    KBuzzer buzzer(running_clock);
-    told.follow(&buzzer, SIGNAL(buzzerState(bool)));
-    ASSERT_TRUE(QFile::remove(panelPaths().saved_settings));
-    buzzer.setBuzzerEnabled(true);
-    EXPECT_EQ(told.value(), 0);
-    EXPECT_FALSE(QFile::exists(panelPaths().saved_settings));
-}
-
-TEST_F(Buzzer, ReadsThePreferenceOfThePanelFromSetting12) {
-    fakePlatform().buzzer_on = false;
-    ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 65535));
-    EXPECT_TRUE(KBuzzer(running_clock).isBuzzerEnabled());
-    EXPECT_TRUE(log.contains("buzzer val "));
-}
-
-TEST_F(Buzzer, LeavesSoundAndPreferenceToTheHostOnASimulator) {
-    fakePlatform().x86_hmi = true;
-    ASSERT_TRUE(KSetting::getInstance()->setSettingValue(PreferenceSetting, 0));
-    SignalCounter done; // outlives the buzzer's thread
-    KBuzzer buzzer(running_clock);
-    EXPECT_TRUE(buzzer.isBuzzerEnabled()) << "as the host says";
-    done.follow(&buzzer, SIGNAL(allWorkDone()));
-    buzzer.makeSound(100, 440);
-    const QList<QPair<int, int>> alarms = QList<QPair<int, int>>() << qMakePair(440, 100);
-    EXPECT_EQ(fakePlatform().alarms, alarms) << "frequency first";
-    EXPECT_EQ(done.fromThisThread(), 1);
-    buzzer.setBuzzerEnabled(false);
-    EXPECT_EQ(fakePlatform().set_buzzer_calls, QList<bool>() << false);
-    EXPECT_EQ(KSetting::getInstance()->getSettingValue(PreferenceSetting), 0);
-    EXPECT_EQ(tones(), Tones{0});
-}
-
-TEST_F(Buzzer, LeavesTheSoundToTheHostOnModel4ButReadsThePanelsPreference) {
-    fakePlatform().model_code = 4;
-    fakePlatform().buzzer_on = false;
-    KBuzzer buzzer(running_clock);
-    EXPECT_TRUE(buzzer.isBuzzerEnabled()) << "as setting 12 says";
-    buzzer.makeSound(100, 440);
-    EXPECT_EQ(fakePlatform().alarms.size(), 1);
-    buzzer.setBuzzerEnabled(false);
-    EXPECT_EQ(fakePlatform().set_buzzer_calls, QList<bool>() << false);
-    EXPECT_EQ(KSetting::getInstance()->getSettingValue(PreferenceSetting), 0);
-    EXPECT_EQ(tones(), Tones{0});
-}
-
 TEST_F(Buzzer, DividesItsClockIntoNotes) {
     KBuzzer buzzer(running_clock);
     EXPECT_EQ(buzzer.getFrequency(1, 0), 15774);
@@ -291,33 +141,6 @@ TEST_F(Buzzer, DividesItsClockIntoNotes) {
     EXPECT_EQ(buzzer.getFrequency(-1, 0), 0);
     EXPECT_EQ(buzzer.getFrequency(0, 3), 0);
     EXPECT_EQ(buzzer.getFrequency(0, -3), 0);
-}
-
-TEST_F(Buzzer, StaysSilentWithoutADevice) {
-    ASSERT_TRUE(QFile::remove(panelPaths().buzzer_device));
-    SignalCounter done; // outlives the buzzer's thread
-    KBuzzer buzzer(running_clock);
-    done.follow(&buzzer, SIGNAL(allWorkDone()));
-    buzzer.makeSound(100, 440);
-    done.waitFor(1);
-    EXPECT_FALSE(QFile::exists(panelPaths().buzzer_device));
-}
-
-TEST_F(Buzzer, WritesEachEventInOnePieceToAFifo) {
-    ASSERT_TRUE(QFile::remove(panelPaths().buzzer_device));
-    const QByteArray fifo = panelPaths().buzzer_device.toLocal8Bit();
-    ASSERT_EQ(mkfifo(fifo.constData(), 0600), 0);
-    const int reader = open(fifo.constData(), O_RDWR);
-    ASSERT_GE(reader, 0);
-    KBuzzer buzzer(running_clock);
-    buzzer.makeSound(100, 0x0201);
-    const QByteArray head("\0\0\0\0\0\0\0\0\x12\0\x02\0", 12);
-    for (const QByteArray& value : {QByteArray(4, '\0'), QByteArray("\x01\x02\0\0", 4)}) {
-        QByteArray event(16, '\xEE');
-        ASSERT_EQ(read(reader, event.data(), 16), 16);
-        EXPECT_EQ(event, head + value);
-    }
-    close(reader);
 }
 
 TEST_F(Buzzer, TakesANegativeDurationForNone) {
@@ -356,6 +179,42 @@ TEST_F(Buzzer, LosesNoWakeUp) {
     }
     waitForTones(1 + 2 * 500);
     EXPECT_EQ(tones().back(), 0);
+}
+
+TEST_F(Buzzer, DropsTheWaitingSoundsWhenItIsDestroyed) {
+    const int waiting = 100000; // more than can be played before the destructor has begun
+    std::unique_ptr<KBuzzer> buzzer(new KBuzzer(manual_clock));
+    for (int i = 0; i < waiting; ++i)
+        buzzer->makeSound(1, 440);
+    manual_clock.waitForSleepers(1);
+    std::atomic<bool> destroyed(false);
+    std::thread time([&] {
+        while (!destroyed)
+            manual_clock.advance(1);
+    });
+    buzzer.reset();
+    destroyed = true;
+    time.join();
+    EXPECT_LT(tones().size(), size_t(2 * waiting));
+}
+
+TEST_F(Buzzer, TakesSoundsAndOrdersToBeSilentFromAnyThread) {
+    KBuzzer buzzer(running_clock);
+    std::thread silencer([&] {
+        for (int i = 0; i < 20000; ++i)
+            buzzer.shutupBuzzer();
+    });
+    for (int i = 0; i < 20000; ++i)
+        buzzer.makeSound(1, 440);
+    silencer.join();
+    buzzer.makeSound(1, 880);
+    while (deviceBytes().count('\x70') == 0) // a byte of 880, but of no other tone
+        std::this_thread::yield();
+}
+
+TEST_F(Buzzer, PlaysOnAThreadOfTheLowestPriority) {
+    KBuzzer buzzer(running_clock);
+    EXPECT_EQ(buzzer.priority(), QThread::LowestPriority);
 }
 
 TEST_F(Buzzer, CanBeDestroyedAtOnceOrWithSoundsWaiting) {

@@ -1,9 +1,11 @@
 #include "runtime/panel/ksetting.h"
 #include "runtime/panel/panelpaths.h"
+#include "tests/support/limitedfilesize.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/scopedpanelpaths.h"
 #include "tests/support/temporarydirectory.h"
 #include "tests/unit/panel/recordingfram.h"
+#include "tests/unit/panel/signalcounter.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -14,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <unistd.h>
 
 namespace {
@@ -112,8 +115,14 @@ TEST_F(Settings, WriteTheWholeTableAtEveryChange) {
     EXPECT_TRUE(setting.setSettingValue(99, 0x1234));
     EXPECT_EQ(saved(), tableWith(99, 0x1234));
     EXPECT_EQ(KSetting(fram).getSettingValue(99), 0x1234);
-    EXPECT_TRUE(log.contains("field = "));
-    EXPECT_TRUE(log.contains("val = "));
+}
+
+TEST_F(Settings, LogEveryChangeAsItWasAskedFor) {
+    KSetting setting(fram);
+    setting.setSettingValue(5, 70000);
+    EXPECT_TRUE(log.contains("field =  5 val =  70000"));
+    setting.setSettingValue(100, -1);
+    EXPECT_TRUE(log.contains("field =  100 val =  -1"));
 }
 
 TEST_F(Settings, RepairASaveFileThatIsTooLong) {
@@ -138,6 +147,14 @@ TEST_F(Settings, ReportASaveFileOnAFullDisk) {
     EXPECT_FALSE(setting.setSettingValue(3, 4));
     EXPECT_TRUE(log.contains("!!!FATAL WRITE TO SAVE FAILED!!!( -1"));
     EXPECT_EQ(setting.getSettingValue(3), 4);
+    EXPECT_FALSE(saveTimerOf(setting)->isActive());
+}
+
+TEST_F(Settings, ReportHowMuchOfTheTableWentIntoAFileThatCouldNotTakeAll) {
+    KSetting setting(fram);
+    const LimitedFileSize limit(120);
+    EXPECT_FALSE(setting.setSettingValue(3, 4));
+    EXPECT_TRUE(log.contains("!!!FATAL WRITE TO SAVE FAILED!!!( 120"));
     EXPECT_FALSE(saveTimerOf(setting)->isActive());
 }
 
@@ -293,4 +310,14 @@ TEST_F(Settings, ThatAreNotValidAnswerNothingAndSayso) {
 
 TEST_F(Settings, OfTheProcessAreOneObject) {
     EXPECT_EQ(KSetting::getInstance(), KSetting::getInstance());
+}
+
+TEST_F(Settings, OfTheProcessAreDeletedAtItsEnd) {
+    EXPECT_EXIT(
+        {
+            const SignalCounter deleted(KSetting::getInstance(), SIGNAL(destroyed()));
+            KSetting::drop();
+            std::_Exit(deleted.value());
+        },
+        ::testing::ExitedWithCode(1), "");
 }

@@ -35,6 +35,24 @@ QString entry(const char* text) {
     return QString::fromUtf8(text);
 }
 
+/** Tells whether a panel that changes its height does so in silence. */
+class ResizeObserver : public QObject {
+public:
+    explicit ResizeObserver(MessagePanel& panel) { panel.installEventFilter(this); }
+
+    int resized = 0;
+    int resized_in_silence = 0;
+
+protected:
+    bool eventFilter(QObject* panel, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
+            ++resized;
+            resized_in_silence += panel->signalsBlocked();
+        }
+        return false;
+    }
+};
+
 /** A place in memory where one sender can follow another. */
 class SenderPlace {
 public:
@@ -142,6 +160,19 @@ TEST(MessageCenterEntries, AreTakenBackByTheirSender) {
     EXPECT_FALSE(panel.signalsBlocked());
 }
 
+TEST(MessageCenterEntries, AreTakenBackInSilenceAndWithoutKeepingThePanelOpen) {
+    MessagePanel panel;
+    const Notifiers notifiers = senders(panel, 2);
+    tellAll(notifiers);
+    const ResizeObserver observer(panel);
+    const TimerWatch watch(panel.autoHideTimer());
+    notifiers[0]->takeBack();
+    EXPECT_EQ(1, observer.resized);
+    EXPECT_EQ(1, observer.resized_in_silence);
+    EXPECT_TRUE(panel.autoHideTimer().isActive());
+    EXPECT_FALSE(watch.sawStart());
+}
+
 TEST(MessageCenterEntries, AreNotDisturbedByASenderThatTakesBackNothing) {
     MessagePanel panel;
     Notifier sender(panel);
@@ -160,6 +191,16 @@ TEST(MessageCenterEntries, AreRemovedByTheirButton) {
     EXPECT_EQ(entry("sender\n2"), panel.text(0));
     EXPECT_EQ(entry("sender\n0"), panel.text(1));
     EXPECT_FALSE(panel.signalsBlocked());
+}
+
+TEST(MessageCenterEntries, AreRemovedInSilence) {
+    MessagePanel panel;
+    const Notifiers notifiers = senders(panel, 2);
+    tellAll(notifiers);
+    const ResizeObserver observer(panel);
+    panel.clickRemove(0);
+    EXPECT_EQ(1, observer.resized);
+    EXPECT_EQ(1, observer.resized_in_silence);
 }
 
 TEST(MessageCenterEntries, StartAnewAfterARemoval) {

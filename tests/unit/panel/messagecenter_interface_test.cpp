@@ -76,6 +76,21 @@ TEST(MessageCenterInterface, ForgetsAPanelThatTheHostDeleted) {
     EXPECT_FALSE(qApp->property("MessageCenter").isValid());
 }
 
+TEST(MessageCenterInterface, StaysThatOfTheProcessWhenAnotherPanelIsDeleted) {
+    QScopedPointer<MessageCenter> panel(
+        MessageCenter::initInstance(QSize(300, 300), QSize(250, 200), 0, dock, 0));
+    delete new MessageCenter(QSize(300, 300), QSize(250, 200), 0, dock, 0);
+    EXPECT_EQ(panel.data(), MessageCenter::getInstance());
+}
+
+TEST(MessageCenterInterface, LeavesThePropertyToAPanelMadeLater) {
+    QScopedPointer<MessageCenter> panel(
+        MessageCenter::initInstance(QSize(300, 300), QSize(250, 200), 0, dock, 0));
+    MessageCenter later(QSize(300, 300), QSize(250, 200), 0, dock, 0);
+    panel.reset();
+    EXPECT_EQ(&later, qApp->property("MessageCenter").value<void*>());
+}
+
 TEST(MessageCenterInterface, CarriesItsArrowImages) {
     EXPECT_FALSE(QImage(QString::fromLatin1(":/images/up_arrow.png")).isNull());
     EXPECT_FALSE(QImage(QString::fromLatin1(":/images/down_arrow.png")).isNull());

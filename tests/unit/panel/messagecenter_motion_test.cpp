@@ -68,6 +68,15 @@ TEST_P(SlidingPanel, HidesItselfInFiveSteps) {
     expectSlide(GetParam().shown, GetParam().hidden);
 }
 
+TEST_P(SlidingPanel, StartsItsSlidesFromTheirEndsWhereverItIs) {
+    m_panel.instantShow();
+    m_panel.animatedShow();
+    expectSlide(GetParam().hidden, GetParam().shown);
+    m_panel.call("instantHide");
+    m_panel.call("animatedHide");
+    expectSlide(GetParam().shown, GetParam().hidden);
+}
+
 INSTANTIATE_TEST_SUITE_P(MessageCenterMotion, SlidingPanel, ::testing::ValuesIn(slides),
                          [](const ::testing::TestParamInfo<Slide>& row) {
                              return std::string(row.param.name);

@@ -43,6 +43,13 @@ TEST(MessageCenterItemWidget, IsBuiltToItsForm) {
     EXPECT_EQ(QMargins(), entry.widget.layout()->contentsMargins());
 }
 
+TEST(MessageCenterItemWidget, HasItsButtonOnTheRight) {
+    Entry entry;
+    entry.widget.layout()->activate();
+    EXPECT_EQ(QRect(113, 0, 40, 60), entry.button->geometry());
+    EXPECT_LE(entry.label->geometry().right(), 113);
+}
+
 TEST(MessageCenterItemWidget, WritesInUnifontAndItsButtonInAharoni) {
     const Entry entry;
     EXPECT_EQ(text("unifont"), entry.widget.font().family());

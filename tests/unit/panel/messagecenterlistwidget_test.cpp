@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollBar>
+#include <QStringList>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -57,6 +58,41 @@ protected:
     ListParts parts;
     std::vector<std::unique_ptr<Notifier>> senders;
 };
+
+/** Writes down the wheel turns that it gets instead of scrolling. */
+class TurnedList : public MessageCenterListWidget {
+public:
+    QStringList turns; // such as "at 0,0 by -200"
+
+protected:
+    void wheelEvent(QWheelEvent* event) override {
+#if PANEL_QT4
+        const QPoint place = event->pos();
+        const int delta = event->orientation() == Qt::Vertical ? event->delta() : 0;
+#else
+        const QPoint place = event->position().toPoint();
+        const int delta = event->angleDelta().y();
+        EXPECT_EQ(0, event->angleDelta().x());
+#endif
+        EXPECT_EQ(Qt::NoButton, event->buttons());
+        EXPECT_EQ(Qt::NoModifier, event->modifiers());
+        turns << QString::fromLatin1("at %1,%2 by %3").arg(place.x()).arg(place.y()).arg(delta);
+    }
+};
+
+/** Two entries of 60 pixels in a list of @p height, and whether they overflow it. */
+bool twoEntriesOverflow(int height) {
+    MessageCenterListWidget list;
+    list.resize(200, height);
+    for (int row = 0; row < 2; ++row) {
+        list.addItem(QString());
+        QWidget* const entry = new QWidget;
+        entry->setFixedSize(100, 60);
+        list.setItemWidget(list.item(row), entry);
+    }
+    list.determineScrollVisible();
+    return ListParts(list).label->isVisibleTo(&list);
+}
 
 QString text(const char* latin) {
     return QString::fromLatin1(latin);
@@ -132,6 +168,20 @@ TEST(MessageCenterListWidget, NeedsNoArrowsForRowsWithoutWidgets) {
     EXPECT_FALSE(ListParts(list).label->isVisible());
 }
 
+TEST(MessageCenterListWidget, NeedsArrowsWhenItIsLowerThanItsEntries) {
+    EXPECT_FALSE(twoEntriesOverflow(121));
+    EXPECT_FALSE(twoEntriesOverflow(120));
+    EXPECT_TRUE(twoEntriesOverflow(119));
+}
+
+TEST(MessageCenterListWidget, TurnsItsWheelBy200ForAnArrow) {
+    TurnedList list;
+    const ListParts parts(list);
+    parts.down->click();
+    parts.up->click();
+    EXPECT_EQ(QStringList() << text("at 0,0 by -200") << text("at 0,0 by 200"), list.turns);
+}
+
 TEST_F(LongList, OffersTheWayDownFromItsTop) {
     EXPECT_FALSE(parts.up->isVisible());
     EXPECT_TRUE(parts.down->isVisible());
@@ -177,6 +227,24 @@ TEST_F(LongList, AnArrowKeepsThePanelOpen) {
 TEST_F(LongList, CountsNewEntriesInItsLabel) {
     tell();
     EXPECT_EQ(text("1/11"), place());
+}
+
+TEST_F(LongList, CountsAtMost100EntriesInItsLabel) {
+    while (senders.size() < 101)
+        tell();
+    EXPECT_EQ(text("1/100"), place());
+}
+
+TEST_F(LongList, CountsAnewWhenItsPanelFitsItsSize) {
+    delete panel.list().takeItem(9);
+    panel.adjustSize();
+    EXPECT_EQ(text("1/9"), place());
+}
+
+TEST_F(LongList, CountsAnewWhenSomethingElseAsksForRemoval) {
+    delete panel.list().takeItem(9);
+    panel.call("itemWidgetRemoveClicked");
+    EXPECT_EQ(text("1/9"), place());
 }
 
 TEST_F(LongList, TellsZeroWhenEveryRowLiesAboveItsViewport) {

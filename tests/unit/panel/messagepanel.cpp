@@ -62,11 +62,12 @@ void MessagePanel::call(const char* slot) {
 
 QTimer& MessagePanel::timerOf(int msecs) const {
     const QList<QTimer*> timers = findChildren<QTimer*>();
-    for (int i = 0; i < timers.size(); ++i) {
-        if (timers[i]->interval() == msecs && timers[i]->parent() == this)
-            return *timers[i];
-    }
-    qFatal("the panel has no timer of %d ms", msecs);
+    int i = 0;
+    while (i < timers.size() && !(timers[i]->interval() == msecs && timers[i]->parent() == this))
+        ++i;
+    if (i == timers.size())
+        qFatal("the panel has no timer of %d ms", msecs);
+    return *timers[i];
 }
 
 void press(QWidget& widget, const QPoint& point) {
