@@ -133,10 +133,25 @@ set(PANEL_RUNTIME panel_services panel_base panel_interfaces)
 set(PANEL_DRIVER dmc50v3_transfer dmc50v3_core driver_polling driver_tools)
 set(PANEL_HOST panel_session panel_project panel_line panel_trace)
 
-# panel_test(NAME SOURCES... LIBRARIES ...): a GoogleTest program whose tests
-# are known to ctest one by one.
+# Lets ctest run a program's tests each on an X server of its own, whose screen
+# is that of a panel. Two that take the same display at once are no trouble:
+# xvfb-run then takes the next one.
+function(panel_tests_on_x_server name)
+  find_program(PANEL_XVFB_RUN xvfb-run REQUIRED)
+  get_target_property(emulator ${name} CROSSCOMPILING_EMULATOR)
+  if(NOT emulator)
+    set(emulator)
+  endif()
+  set_property(TARGET ${name} PROPERTY CROSSCOMPILING_EMULATOR ${PANEL_XVFB_RUN} --auto-servernum
+                                       --server-args "-screen 0 800x480x24" ${emulator})
+endfunction()
+
+# panel_test(NAME [WINDOWS|X_SERVER] SOURCES... LIBRARIES ...): a GoogleTest
+# program whose tests are known to ctest one by one. WINDOWS says that they open
+# windows: off the screen, or, as Qt 4 knows no such platform, on X servers. Qt 4
+# ends a test with a window that is run without one ("Cannot create a QWidget").
 function(panel_test name)
-  cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(TEST "WINDOWS;X_SERVER" "TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 120)
   endif()
@@ -145,7 +160,12 @@ function(panel_test name)
   set_target_properties(${name} PROPERTIES CXX_STANDARD 17 AUTORCC ON)
   panel_moc(${name})
   panel_precompiled(${name} test_headers GTest::gtest)
+  set(platform offscreen)
+  if(TEST_X_SERVER OR (TEST_WINDOWS AND PANEL_QT EQUAL 4))
+    panel_tests_on_x_server(${name})
+    set(platform xcb)
+  endif()
   gtest_discover_tests(
     ${name} DISCOVERY_MODE PRE_TEST PROPERTIES
-    TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${TEST_ENVIRONMENT}")
+    TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=${platform};${TEST_ENVIRONMENT}")
 endfunction()

@@ -26,8 +26,7 @@ int messageCenterHeight(int entries, int max_height) {
     return MessageRowHeight * rows + FrameHeight;
 }
 
-MessageCenterSlide::MessageCenterSlide()
-    : moveDir(NoDirection), steps(SlideSteps), step(0), distance(0), target(0) {}
+MessageCenterSlide::MessageCenterSlide() : MessageCenterSlide(NoDirection, QPoint(), QPoint()) {}
 
 MessageCenterSlide::MessageCenterSlide(Direction direction, const QPoint& from, const QPoint& to)
     : moveDir(direction)

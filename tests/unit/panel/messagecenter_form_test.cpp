@@ -15,7 +15,6 @@ namespace {
 class FormObserver : public QObject {
 public:
     FormObserver() { qApp->installEventFilter(this); }
-    ~FormObserver() override { qApp->removeEventFilter(this); }
 
     QSize form;
 

@@ -80,16 +80,24 @@ protected:
     }
 };
 
-/** Two entries of 60 pixels in a list of @p height, and whether they overflow it. */
-bool twoEntriesOverflow(int height) {
-    MessageCenterListWidget list;
-    list.resize(200, height);
-    for (int row = 0; row < 2; ++row) {
-        list.addItem(QString());
-        QWidget* const entry = new QWidget;
-        entry->setFixedSize(100, 60);
-        list.setItemWidget(list.item(row), entry);
+/** A list of its own with entries of 60 pixels in rows as high. */
+class FilledList : public MessageCenterListWidget {
+public:
+    explicit FilledList(int entries) {
+        for (int row = 0; row < entries; ++row) {
+            addItem(QString());
+            QWidget* const entry = new QWidget;
+            entry->setFixedSize(100, 60);
+            item(row)->setSizeHint(entry->size());
+            setItemWidget(item(row), entry);
+        }
     }
+};
+
+/** Whether two entries overflow a list of @p height. */
+bool twoEntriesOverflow(int height) {
+    FilledList list(2);
+    list.resize(200, height);
     list.determineScrollVisible();
     return ListParts(list).label->isVisibleTo(&list);
 }
@@ -172,6 +180,15 @@ TEST(MessageCenterListWidget, NeedsArrowsWhenItIsLowerThanItsEntries) {
     EXPECT_FALSE(twoEntriesOverflow(121));
     EXPECT_FALSE(twoEntriesOverflow(120));
     EXPECT_TRUE(twoEntriesOverflow(119));
+}
+
+TEST(MessageCenterListWidget, HasLessToScrollWhenItIsHigher) {
+    FilledList list(10);
+    list.resize(200, 130);
+    list.show();
+    const int low = list.verticalScrollBar()->maximum();
+    list.resize(200, 310);
+    EXPECT_EQ(low - 3, list.verticalScrollBar()->maximum());
 }
 
 TEST(MessageCenterListWidget, TurnsItsWheelBy200ForAnArrow) {
