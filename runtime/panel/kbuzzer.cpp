@@ -48,7 +48,7 @@ KBuzzer* KBuzzer::m_instance = nullptr;
 const int KBuzzer::base_tone[7] = {466, 523, 554, 622, 698, 740, 831};
 
 KBuzzer::KBuzzer(Clock& clock)
-    : enabled(false)
+    : enabled(getLocalSetting())
     , lastSound(false)
     , fd(0)
     , frequencyCopy(0)
@@ -57,7 +57,6 @@ KBuzzer::KBuzzer(Clock& clock)
     , frequency(0)
     , deviceOpened(false)
     , m_clock(clock) {
-    enabled = getLocalSetting();
     setBuzzerCommand(0);
     delayedInitial();
 }

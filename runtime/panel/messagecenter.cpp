@@ -46,8 +46,7 @@ MessageCenter::MessageCenter(QSize max_size, QSize size, int dock_edge, QRect do
     setUpTimers();
     setColors(QRgb(color));
     setFixedSize(size);
-    deliverPendingResize();
-    move(hiddenPos);
+    deliverPendingResize(); // puts it to its hidden place
     connectChecked(ui.list, SIGNAL(scrollClicked()), this, SLOT(scrollClicked()));
     qApp->setProperty(InstanceProperty, QVariant::fromValue(static_cast<void*>(this)));
 }

@@ -84,7 +84,6 @@ void MessageCenter::removeMessageAsync() {
     blockSignals(true);
     delete senderItems.take(source); // takes itself out of the list
     adjustSize();
-    ui.list->determineScrollVisible();
     blockSignals(false);
 }
 

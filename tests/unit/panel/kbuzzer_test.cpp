@@ -137,6 +137,9 @@ TEST_F(Buzzer, DividesItsClockIntoNotes) {
     EXPECT_EQ(buzzer.getFrequency(0, 2), 4425);
     EXPECT_EQ(buzzer.getFrequency(6, -2), 39855);
     EXPECT_EQ(buzzer.getFrequency(0, 1), 8250000 / 932);
+    const int tones_of_octave[] = {466, 523, 554, 622, 698, 740, 831};
+    for (int note = 0; note < 7; ++note)
+        EXPECT_EQ(buzzer.getFrequency(note, 0), 8250000 / tones_of_octave[note]) << note;
     EXPECT_EQ(buzzer.getFrequency(7, 0), 0);
     EXPECT_EQ(buzzer.getFrequency(-1, 0), 0);
     EXPECT_EQ(buzzer.getFrequency(0, 3), 0);

@@ -271,6 +271,14 @@ TEST_F(Settings, TakeDescriptorZeroForAFailedFram) {
     EXPECT_EQ(fram.calls.size(), 2) << "nothing but the two attempts to open";
 }
 
+TEST_F(Settings, TakeDescriptorOneAsAnyOther) {
+    fram.descriptor = 1;
+    KSetting setting(fram);
+    quint16 word = 0;
+    EXPECT_TRUE(setting.writeBuffer2FRAM(2, 2, &word));
+    EXPECT_TRUE(setting.readFRAM2Buffer(2, 2, &word));
+}
+
 TEST_F(Settings, ReadBytesBackFromTheFram) {
     fram.image.replace(10, 4, "abcd");
     KSetting setting(fram);
