@@ -132,6 +132,13 @@ TEST(MessageCenterDocking, IsParkedAtItsHiddenPlaceByEveryResize) {
     EXPECT_FALSE(panel.animTimer().isActive());
 }
 
+TEST(MessageCenterDocking, KnowsItsPlacesBeforeItIsShownAndIsNotResizedForThat) {
+    MessagePanel panel;
+    ResizeObserver observer(panel);
+    panel.instantShow();
+    EXPECT_EQ(0, observer.resized);
+}
+
 TEST(MessageCenterDocking, StaysParkedWhenItGrowsWhileItSlides) {
     MessagePanel panel;
     Notifier first(panel);

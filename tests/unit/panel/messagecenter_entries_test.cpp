@@ -35,24 +35,6 @@ QString entry(const char* text) {
     return QString::fromUtf8(text);
 }
 
-/** Tells whether a panel that changes its height does so in silence. */
-class ResizeObserver : public QObject {
-public:
-    explicit ResizeObserver(MessagePanel& panel) { panel.installEventFilter(this); }
-
-    int resized = 0;
-    int resized_in_silence = 0;
-
-protected:
-    bool eventFilter(QObject* panel, QEvent* event) override {
-        if (event->type() == QEvent::Resize) {
-            ++resized;
-            resized_in_silence += panel->signalsBlocked();
-        }
-        return false;
-    }
-};
-
 /** A place in memory where one sender can follow another. */
 class SenderPlace {
 public:

@@ -73,6 +73,10 @@ protected:
         const QPoint place = event->position().toPoint();
         const int delta = event->angleDelta().y();
         EXPECT_EQ(0, event->angleDelta().x());
+        EXPECT_EQ(QPointF(), event->globalPosition());
+        EXPECT_EQ(QPoint(), event->pixelDelta());
+        EXPECT_EQ(Qt::NoScrollPhase, event->phase());
+        EXPECT_FALSE(event->inverted());
 #endif
         EXPECT_EQ(Qt::NoButton, event->buttons());
         EXPECT_EQ(Qt::NoModifier, event->modifiers());
@@ -262,6 +266,13 @@ TEST_F(LongList, CountsAnewWhenSomethingElseAsksForRemoval) {
     delete panel.list().takeItem(9);
     panel.call("itemWidgetRemoveClicked");
     EXPECT_EQ(text("1/9"), place());
+}
+
+TEST_F(LongList, CountsFromTheFirstRowThatIsSeenWhole) {
+    panel.list().setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    panel.list().verticalScrollBar()->setValue(30);
+    panel.list().determineScrollVisible();
+    EXPECT_EQ(text("2/10"), place());
 }
 
 TEST_F(LongList, TellsZeroWhenEveryRowLiesAboveItsViewport) {

@@ -100,6 +100,14 @@ bool TimerWatch::sawStart() const {
 #endif
 }
 
+bool ResizeObserver::eventFilter(QObject* panel, QEvent* event) {
+    if (event->type() == QEvent::Resize) {
+        ++resized;
+        resized_in_silence += panel->signalsBlocked();
+    }
+    return false;
+}
+
 void deleteWhatWaits() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }

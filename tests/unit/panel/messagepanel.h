@@ -77,6 +77,18 @@ private:
     const int m_mark;  // a timer of the same object and interval, started now
 };
 
+/** Counts a panel's changes of size, and those of them that it makes in silence. */
+class ResizeObserver : public QObject {
+public:
+    explicit ResizeObserver(MessagePanel& panel) { panel.installEventFilter(this); }
+
+    int resized = 0;
+    int resized_in_silence = 0;
+
+protected:
+    bool eventFilter(QObject* panel, QEvent* event) override;
+};
+
 /** Carries out what deleteLater() put off. */
 void deleteWhatWaits();
 
