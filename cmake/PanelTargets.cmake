@@ -135,14 +135,14 @@ set(PANEL_HOST panel_session panel_project panel_line panel_trace)
 
 # Lets ctest run a program's tests each on an X server of its own, whose screen
 # is that of a panel. Two that take the same display at once are no trouble:
-# xvfb-run then takes the next one.
+# xvfb-run then takes the next one. It is looked for where the tests run; without
+# it they fail.
 function(panel_tests_on_x_server name)
-  find_program(PANEL_XVFB_RUN xvfb-run REQUIRED)
   get_target_property(emulator ${name} CROSSCOMPILING_EMULATOR)
   if(NOT emulator)
     set(emulator)
   endif()
-  set_property(TARGET ${name} PROPERTY CROSSCOMPILING_EMULATOR ${PANEL_XVFB_RUN} --auto-servernum
+  set_property(TARGET ${name} PROPERTY CROSSCOMPILING_EMULATOR xvfb-run --auto-servernum
                                        --server-args "-screen 0 800x480x24" ${emulator})
 endfunction()
 

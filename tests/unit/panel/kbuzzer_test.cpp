@@ -9,18 +9,20 @@ namespace {
 
 typedef BuzzerFixture Buzzer;
 
-/** Asks for a sound when all work is done, from the buzzer's own thread. */
-class SecondSound : public QObject {
+/** Asks for a sound or for silence when all work is done, from the buzzer's own
+ *  thread. */
+class BuzzerCaller : public QObject {
     Q_OBJECT
 
 public:
-    explicit SecondSound(KBuzzer& buzzer) : m_buzzer(buzzer) {}
+    explicit BuzzerCaller(KBuzzer& buzzer) : m_buzzer(buzzer) {}
 
 public slots:
     void play() {
         if (!m_played.exchange(true))
             m_buzzer.makeSound(1, 880);
     }
+    void silence() { m_buzzer.shutupBuzzer(); }
 
 private:
     KBuzzer& m_buzzer;
@@ -103,6 +105,17 @@ TEST_F(Buzzer, TellsAllWorkDoneOnlyWhenTheQueueHasDrained) {
     manual_clock.advance(100);
     done.waitFor(before + 1);
     EXPECT_EQ(tones(), (Tones{0, 440, 0, 880, 0})) << "silent before it says so";
+}
+
+TEST_F(Buzzer, TellsAllWorkDoneAtMostTwiceForASound) {
+    SignalCounter done; // outlives the buzzer's thread
+    KBuzzer buzzer(running_clock);
+    done.follow(&buzzer, SIGNAL(allWorkDone()));
+    for (size_t sounds = 1; sounds <= 100; ++sounds) {
+        buzzer.makeSound(1, 440);
+        waitForTones(1 + 2 * sounds);
+    }
+    EXPECT_LE(done.value(), 1 + 2 * 100);
 }
 
 TEST_F(Buzzer, TellsAllWorkDoneOnceMoreWhenItStops) {
@@ -231,12 +244,22 @@ TEST_F(Buzzer, CanBeDestroyedAtOnceOrWithSoundsWaiting) {
 
 TEST_F(Buzzer, AcceptsASoundFromASlotOfAllWorkDone) {
     KBuzzer buzzer(running_clock);
-    SecondSound second(buzzer);
+    BuzzerCaller second(buzzer);
     connectChecked(&buzzer, SIGNAL(allWorkDone()), &second, SLOT(play()), Qt::DirectConnection);
     buzzer.makeSound(1, 440);
     waitForTones(5);
     const Tones all = tones();
     EXPECT_EQ(std::count(all.begin(), all.end(), 880), 1);
+}
+
+TEST_F(Buzzer, AcceptsAnOrderToBeSilentFromASlotOfAllWorkDoneToItsEnd) {
+    auto buzzer = std::make_unique<KBuzzer>(running_clock);
+    BuzzerCaller silencer(*buzzer);
+    connectChecked(buzzer.get(), SIGNAL(allWorkDone()), &silencer, SLOT(silence()),
+                   Qt::DirectConnection);
+    buzzer->makeSound(1, 440);
+    waitForTones(3);
+    buzzer.reset(); // tells it once more, and would wait for ever for a slot that cannot return
 }
 
 TEST_F(Buzzer, OfTheProcessIsOneRunningObject) {
