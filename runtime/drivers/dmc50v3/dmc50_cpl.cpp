@@ -10,9 +10,6 @@ const char Stx = 0x02;
 const char Etx = 0x03;
 const int TrailerLength = 4; // checksum digits, CR, LF
 
-const int StationOffset = 1;
-const int EndCodeOffset = 6;
-const int DataOffset = 8;
 const int DWordDigits = 8;
 
 /** Appends to a frame, never beyond the buffer, and sums what it appends. */
@@ -111,16 +108,4 @@ bool CPLValidateChecksum(const char* frame, int len) {
     const int summed = len - TrailerLength;
     const quint32 sum = UInt8CheckSum(frame, summed);
     return ((sum + HexToUInt(frame + summed, 2)) & 0xFF) == 0;
-}
-
-quint8 CPLResponseStationId(const char* frame) {
-    return quint8(HexToUInt(frame + StationOffset, 2));
-}
-
-quint8 CPLResponseEndCode(const char* frame) {
-    return quint8(HexToUInt(frame + EndCodeOffset, 2));
-}
-
-quint32 CPLResponseDWord(const char* frame, int i) {
-    return HexToUInt(frame + DataOffset + DWordDigits * i, DWordDigits);
 }

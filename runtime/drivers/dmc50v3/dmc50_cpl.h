@@ -44,11 +44,4 @@ int CPLPackWNCmd(char* buf, int size, quint8 station_id, quint8 subaddress,
  *  follow them sum to 0 modulo 256. False for fewer than five bytes. */
 bool CPLValidateChecksum(const char* frame, int len);
 
-/** Fields of a reply; the caller has checked that it is long enough. */
-quint8 CPLResponseStationId(const char* frame);
-quint8 CPLResponseEndCode(const char* frame);
-
-/** Double word @p i of a reply to a read. */
-quint32 CPLResponseDWord(const char* frame, int i);
-
 #endif

@@ -18,6 +18,8 @@ void storeDWord(QByteArray& data, quint8 index, quint32 value) {
 
 void DWordMap::store(quint8 station_id, const quint32* addresses, const quint32* values,
                      int count) {
+    FATAL_CHECK(addresses != nullptr, "addresses != 0");
+    FATAL_CHECK(count > 0, "num_of_addresses > 0");
     QMutexLocker lock(&m_mutex);
     StationMap& station = m_stations[station_id];
     for (int i = 0; i < count; ++i)

@@ -13,7 +13,8 @@
  *  allocates nothing. Any thread. */
 class DWordMap {
 public:
-    /** Stores as many of @p values under as many of @p addresses. */
+    /** Stores @p count values, at least one, each under its address. No addresses
+     *  end the program. */
     void store(quint8 station_id, const quint32* addresses, const quint32* values, int count);
     void insert(quint8 station_id, quint32 address, quint32 value);
 

@@ -1,11 +1,18 @@
 #include "runtime/drivers/polling/writequeue.h"
 
+#include "runtime/drivers/polling/commerror.h"
+
 #include <algorithm>
 
-void WriteQueue::push(quint8 station_id, const AddrArg* args, std::size_t count) {
+WriteQueue::WriteQueue(const CommError& error) : m_error(error) {}
+
+bool WriteQueue::push(quint8 station_id, const AddrArg* args, std::size_t count) {
+    if (m_error.isSet())
+        return false;
     QMutexLocker lock(&m_mutex);
     std::deque<AddrArg>& queue = m_stations[station_id];
     queue.insert(queue.end(), args, args + count);
+    return true;
 }
 
 int WriteQueue::size(quint8 station_id) const {

@@ -116,11 +116,3 @@ TEST(CplChecksum, RefusesEveryOtherByteButSmallDigits) {
         }
     }
 }
-
-TEST(CplResponse, FieldsStandAtTheirOffsets) {
-    const QByteArray frame = cplFrame("1F00X4A0000000112345678");
-    EXPECT_EQ(CPLResponseStationId(frame.constData()), 0x1F);
-    EXPECT_EQ(CPLResponseEndCode(frame.constData()), 0x4A);
-    EXPECT_EQ(CPLResponseDWord(frame.constData(), 0), 1u);
-    EXPECT_EQ(CPLResponseDWord(frame.constData(), 1), 0x12345678u);
-}

@@ -5,30 +5,6 @@ class PollingLoop : public PollingFixture {};
 typedef PollingLoop PollingLoopDeath;
 } // namespace
 
-TEST_F(PollingLoop, AFrameIntervalBelowTenMillisecondsIsTen) {
-    m_port.m_frame_interval = 5;
-    start();
-    EXPECT_EQ(m_thread->frameIntervalMsecs(), 10u);
-    m_port.m_frame_interval = 10;
-    start();
-    EXPECT_EQ(m_thread->frameIntervalMsecs(), 10u);
-    m_port.m_frame_interval = 25;
-    start();
-    EXPECT_EQ(m_thread->frameIntervalMsecs(), 25u);
-}
-
-TEST_F(PollingLoop, ATimeoutBelowThreeSecondsIsThreeSeconds) {
-    m_port.m_timeout = 2999;
-    start();
-    EXPECT_EQ(m_thread->timeoutMsecs(), 3000);
-    m_port.m_timeout = 5000;
-    start();
-    EXPECT_EQ(m_thread->timeoutMsecs(), 5000);
-    m_port.m_timeout = -1;
-    start();
-    EXPECT_EQ(m_thread->timeoutMsecs(), 3000);
-}
-
 TEST_F(PollingLoopDeath, AMissingPortTableOrStationEndsTheProgram) {
     EXPECT_DEATH(PollingThread(nullptr, &m_valid, 1, m_clock), "\"m_interface != 0\"");
     EXPECT_DEATH(PollingThread(&m_port, nullptr, 1, m_clock), "\"m_valid_addresses_map\"");

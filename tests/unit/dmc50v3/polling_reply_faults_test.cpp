@@ -1,5 +1,6 @@
 // What can happen to a reply on the line, whichever request it answers: a fault
 // never gives a wrong value, and the next exchange is good again.
+#include "runtime/drivers/byteorder.h"
 #include "tests/unit/dmc50v3/pollingfixture.h"
 
 namespace {
@@ -18,12 +19,25 @@ protected:
         m_thread->clearError();
         ++m_value;
         if (command == "WG")
-            return m_probe->writeGroup(1, Address, m_value);
+            return writeGroup();
         if (command == "WN")
             return m_thread->writeDWord(1, AddrArg{Address, m_value}) && m_probe->sendWrites();
         m_controller.setValue(1, Address, m_value);
         m_probe->pollingScan();
         return !m_thread->hasError();
+    }
+
+    /** A write of consecutive double words, which the thread itself never sends. */
+    bool writeGroup() {
+        const QByteArray image = intToByteArray(int(m_value));
+        char frame[CPLBufferSize];
+        const int length = CPLPackWGCmd(frame, CPLBufferSize, 1, 0, Address,
+                                        reinterpret_cast<const uchar*>(image.constData()), 1);
+        QString error;
+        const bool ok = checkWriteRsp(m_probe->line().exchange(frame, length), 1, Address, error);
+        if (!ok)
+            m_thread->setCommError(error);
+        return ok;
     }
 
     /** The value of the last exchange is where it belongs. */

@@ -1,5 +1,6 @@
 // The thread's shared maps and queues, without the thread.
 #include "runtime/drivers/polling/addressvector.h"
+#include "runtime/drivers/polling/commerror.h"
 #include "runtime/drivers/polling/dwordmap.h"
 #include "runtime/drivers/polling/readqueue.h"
 #include "runtime/drivers/polling/writequeue.h"
@@ -75,6 +76,13 @@ TEST(DWordMapDeath, APositionBeyondTheDataEndsTheProgram) {
     EXPECT_DEATH(map.takeAll(1, {5}, {1}, data), "offset \\+ DWordSize <= data.size\\(\\)");
 }
 
+TEST(DWordMapDeath, AReplyWithoutAddressesEndsTheProgram) {
+    DWordMap map;
+    const quint32 number = 1;
+    EXPECT_DEATH(map.store(1, nullptr, &number, 1), "\"addresses != 0\"");
+    EXPECT_DEATH(map.store(1, &number, &number, 0), "\"num_of_addresses > 0\"");
+}
+
 TEST(DWordMap, StoresValuesUnderTheirAddresses) {
     DWordMap map;
     const quint32 addresses[] = {0x10, 0x20};
@@ -90,7 +98,8 @@ TEST(DWordMap, StoresValuesUnderTheirAddresses) {
 }
 
 TEST(WriteQueue, BatchesOneStationAtATimeInStationOrder) {
-    WriteQueue queue;
+    const CommError error;
+    WriteQueue queue(error);
     const AddrArg two = {2, 20}, one = {1, 10};
     queue.push(2, &two, 1);
     queue.push(1, &one, 1);
@@ -105,7 +114,8 @@ TEST(WriteQueue, BatchesOneStationAtATimeInStationOrder) {
 }
 
 TEST(WriteQueue, KeepsTwoWritesOfOneAddressInOrder) {
-    WriteQueue queue;
+    const CommError error;
+    WriteQueue queue(error);
     const AddrArg pairs[] = {{1, 10}, {1, 11}};
     queue.push(1, pairs, 2);
     EXPECT_EQ(queue.size(1), 2);
@@ -118,7 +128,8 @@ TEST(WriteQueue, KeepsTwoWritesOfOneAddressInOrder) {
 }
 
 TEST(WriteQueue, AStationThatNeverHadAWriteHasNoneWaiting) {
-    WriteQueue queue;
+    const CommError error;
+    WriteQueue queue(error);
     EXPECT_EQ(queue.size(7), 0);
     queue.push(7, nullptr, 0);
     EXPECT_EQ(queue.size(7), 0);
