@@ -30,6 +30,12 @@ quint32 valueOf(quint32 address) {
 
 } // namespace
 
+TEST_F(DriverThreads, ThePollingThreadRunsAtThePriorityOfItsHost) {
+    fastProject(QString::fromLatin1("NA10"));
+    EXPECT_TRUE(m_probe->thread()->isRunning());
+    EXPECT_EQ(m_probe->thread()->priority(), QThread::InheritPriority);
+}
+
 TEST_F(DriverThreads, TwoCallersAlwaysGetTheirOwnValues) {
     QString tags;
     for (quint32 address = 0x10; address < 0x40; ++address) {

@@ -1,5 +1,8 @@
 #include "tests/unit/dmc50v3/pollingfixture.h"
 
+#include <atomic>
+#include <thread>
+
 namespace {
 class PollingLoop : public PollingFixture {};
 typedef PollingLoop PollingLoopDeath;
@@ -153,6 +156,80 @@ TEST_F(PollingLoop, AnEmptySessionIdlesInStepsOfTenMillisecondsAndClearsTheError
     EXPECT_TRUE(sent().empty());
 }
 
+TEST_F(PollingLoop, ACycleWithQueuedReadsNeitherPausesNorClearsTheError) {
+    start();
+    stayingSilent();
+    m_thread->pushReadAddresses(1, {0x1000});
+    const qint64 before = m_clock.msecsSinceBoot();
+    m_probe->cycle();
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 10 + 3000); // the request's own
+    EXPECT_TRUE(m_thread->hasError());
+}
+
+TEST_F(PollingLoop, APollingCycleNeitherPausesNorClearsTheError) {
+    startSession(1);
+    stayingSilent();
+    const qint64 before = m_clock.msecsSinceBoot();
+    m_probe->cycle();
+    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 10 + 3000);
+    EXPECT_TRUE(m_thread->hasError());
+}
+
+TEST_F(PollingLoop, QueuedWritesGoOutAndQueuedReadsAreFetchedWithoutASession) {
+    start();
+    queueWrites(1, 2);
+    m_thread->pushReadAddresses(2, {0x10});
+    m_probe->cycle();
+    EXPECT_EQ(sent(), Frames({"WN 1 2", "RN 2 1"}));
+}
+
+TEST_F(PollingLoop, ASessionThatWasOnlyClearedIsNotTakenOver) {
+    startSession(2);
+    m_probe->cycle();
+    m_thread->clearSessionAddrMap();
+    m_thread->clearSessionCommand();
+    m_probe->cycle();
+    EXPECT_TRUE(m_thread->addrInDataCache(1, 0x1000));
+    EXPECT_EQ(m_probe->cacheAddresses().size(), 1u);
+}
+
+TEST_F(PollingLoop, ASessionThatIsSetDuringATakeOverIsNotLost) {
+    start();
+    const QList<CommunicatorCommand> early = session("NA1000", 120), late = session("2-NA10", 2);
+    for (int round = 0; round < 30; ++round) {
+        for (quint32 address = 0; address < 10000; ++address) // they take a while to forget
+            m_probe->cache().insert(1, address, 0);
+        m_thread->setSessionCommand(early);
+        std::atomic<bool> go(false);
+        std::thread host([&] {
+            while (!go)
+                std::this_thread::yield();
+            m_thread->setSessionCommand(late);
+        });
+        go = true;
+        m_probe->takeOverSession();
+        host.join();
+        m_probe->takeOverSession();
+        ASSERT_EQ(m_probe->cacheAddresses(), AddressVectorMap({{2, {0x10, 0x11}}}));
+    }
+}
+
+TEST_F(PollingLoop, RunsCyclesUntilItIsStopped) {
+    start();
+    m_thread->setSessionCommand(session("NA1000", 1));
+    m_thread->setLowLatency({2});
+    int requests = 0;
+    m_port.setAnswer([&](const QByteArray& request) {
+        if (++requests == 4)
+            m_thread->stop();
+        return m_controller.answer(request);
+    });
+    m_probe->run();
+    EXPECT_EQ(sent(), Frames({"WN 2 4", "RN 1 1", "RN 1 1", "RN 1 1"}));
+    m_probe->run(); // a stop is for good
+    EXPECT_EQ(requests, 4);
+}
+
 TEST_F(PollingLoop, ParsesItsOwnAddressesWithAnOptionalStation) {
     start();
     quint32 address = 0;
@@ -171,15 +248,6 @@ TEST_F(PollingLoopDeath, AMalformedAddressEndsTheProgram) {
     quint8 station = 0;
     EXPECT_DEATH(m_thread->parseAddrStr(QString::fromLatin1("D100"), address, station),
                  "ASSERT: \"0\"");
-}
-
-TEST_F(PollingLoop, FlagsAreSetAndClearedBitByBit) {
-    start();
-    m_thread->setFlag(1);
-    m_thread->setFlag(6);
-    EXPECT_EQ(m_thread->getFlag(), 7);
-    m_thread->clearFlag(3);
-    EXPECT_EQ(m_thread->getFlag(), 4);
 }
 
 TEST_F(PollingLoop, ClearingTheSessionAddressesLeavesNothingToTakeOver) {

@@ -1,3 +1,4 @@
+// Stations for fast answers in the cycle of the thread.
 #include "tests/unit/dmc50v3/pollingfixture.h"
 
 namespace {
@@ -18,20 +19,17 @@ protected:
             m_probe->cycle();
     }
 
-    int setUps() const {
+    int setUps() const { return countOf("WN 1 4"); }
+    int checks() const { return countOf("RN 1 1"); }
+
+private:
+    int countOf(const std::string& wanted) const {
         int count = 0;
         for (const std::string& frame : sent())
-            count += frame == "WN 1 4";
-        return count;
-    }
-    int checks() const {
-        int count = 0;
-        for (const std::string& frame : sent())
-            count += frame == "RN 1 1";
+            count += frame == wanted;
         return count;
     }
 };
-typedef LowLatency LowLatencyDeath;
 
 } // namespace
 
@@ -48,38 +46,14 @@ TEST_F(LowLatency, TheSetUpWritesFourPairsInOrder) {
                                                 "00002014000000C80000201500000005"));
 }
 
-TEST_F(LowLatency, EveryStationIsSetUp) {
-    startWithStations({2, 1});
-    EXPECT_EQ(sent(), Frames({"WN 1 4", "WN 2 4"}));
-}
-
-TEST_F(LowLatency, TheFirstCheckComesAfterThirtySecondsAndASuccessIsTheLast) {
+TEST_F(LowLatency, IsCheckedOnceAndRenewedEveryNineMinutes) {
     m_controller.setValue(1, 0x2016, 200);
     startWithStations({1});
     runFor(29900);
     EXPECT_EQ(checks(), 0);
     runFor(200);
     EXPECT_EQ(checks(), 1);
-    runFor(400000);
-    EXPECT_EQ(checks(), 1);
-    EXPECT_EQ(setUps(), 1);
-}
-
-TEST_F(LowLatency, AFailedCheckSetsUpAgainAndChecksThirtySecondsLater) {
-    m_controller.setValue(1, 0x2016, 199);
-    startWithStations({1});
-    runFor(30100);
-    EXPECT_EQ(checks(), 1);
-    EXPECT_EQ(setUps(), 2);
-    runFor(30100);
-    EXPECT_EQ(checks(), 2);
-    EXPECT_EQ(setUps(), 3);
-}
-
-TEST_F(LowLatency, TheSetUpIsRenewedAfterNineMinutesAndCheckedAgain) {
-    m_controller.setValue(1, 0x2016, 200);
-    startWithStations({1});
-    runFor(539900);
+    runFor(539900 - 30100);
     EXPECT_EQ(setUps(), 1);
     EXPECT_EQ(checks(), 1);
     runFor(200);
@@ -102,42 +76,35 @@ TEST_F(LowLatency, ASilentControllerIsSetUpOnlyAfterTheErrorHasBeenCleared) {
     EXPECT_EQ(setUps(), 2);
 }
 
-TEST_F(LowLatency, TheCheckIsNotRepeatedByRetries) {
-    m_port.m_retries = 3;
+TEST_F(LowLatency, TheCheckComesAfterTheWritesAndBeforeTheScan) {
+    m_controller.setValue(1, 0x2016, 200);
     startWithStations({1});
-    stayingSilent();
-    EXPECT_FALSE(m_probe->checkLowLatency());
-    EXPECT_EQ(checks(), 1);
-}
-
-TEST_F(LowLatency, KickingTheWatchDogWritesTheFirstPairOfEveryStation) {
-    startWithStations({1, 2});
+    m_thread->setSessionCommand(session("2-NA10", 2));
     m_port.forgetCalls();
-    m_thread->kickLowLatencyWatchDog();
+    queueWrites(1, 3);
+    m_clock.advance(30000);
     m_probe->cycle();
-    ASSERT_EQ(m_port.requests().size(), 2);
-    EXPECT_EQ(m_port.requests().at(0), cplFrame("0100XWN00LL0000201200000001"));
-    EXPECT_EQ(m_port.requests().at(1), cplFrame("0200XWN00LL0000201200000001"));
+    EXPECT_EQ(sent(), Frames({"WN 1 3", "RN 1 1", "RN 2 2"}));
 }
 
-TEST_F(LowLatency, TheSetIsReplacedNotMerged) {
-    start();
-    m_thread->setLowLatency({1, 2, 3});
-    EXPECT_EQ(m_thread->numOfLowLatencyStation(), 3);
-    m_thread->setLowLatency({4});
-    EXPECT_EQ(m_thread->numOfLowLatencyStation(), 1);
+TEST_F(LowLatency, TheSetUpIsRenewedInACycleWithQueuedReadsToo) {
+    m_controller.setValue(1, 0x2016, 200);
+    startWithStations({1});
+    m_clock.advance(540000);
+    m_port.forgetCalls();
+    m_thread->pushReadAddresses(2, {0x10, 0x11});
+    m_probe->cycle();
+    EXPECT_EQ(sent(), Frames({"RN 1 1", "RN 2 2"}));
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(1), 4);
 }
 
-TEST_F(LowLatencyDeath, CareWithoutTheSetUpPairsEndsTheProgram) {
+TEST_F(LowLatency, TheThreadPassesOnWhatItsOwnerAsks) {
     start();
-    const char* const text = "\"m_low_latency_addr_args.size\\(\\) > 0\"";
-    EXPECT_DEATH(m_thread->initLowLatencyStations(), text);
-    EXPECT_DEATH(m_thread->kickLowLatencyWatchDog(), text);
-    EXPECT_DEATH(m_probe->checkLowLatency(), text);
-}
-
-TEST_F(LowLatency, AnEmptySetPassesTheCheck) {
-    start();
+    m_thread->setLowLatency({1, 2});
+    EXPECT_EQ(m_thread->numOfLowLatencyStation(), 2);
     m_thread->initLowLatencyAddrArgs();
-    EXPECT_TRUE(m_probe->checkLowLatency());
+    m_thread->initLowLatencyStations();
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(2), 4);
+    m_thread->kickLowLatencyWatchDog();
+    EXPECT_EQ(m_thread->getAddrArgQueueSize(2), 5);
 }

@@ -1,7 +1,5 @@
 #include "tests/unit/dmc50v3/pollingfixture.h"
 
-#include <thread>
-
 namespace {
 class PollingWrites : public PollingFixture {};
 class PollingReads : public PollingFixture {
@@ -34,14 +32,6 @@ TEST_F(PollingWrites, SixtyPairsGoOutAsTwentyFiveTwentyFiveAndTen) {
     EXPECT_EQ(sent(), Frames({"WN 1 25", "WN 1 25", "WN 1 10"}));
     EXPECT_EQ(m_controller.value(1, 0x1000 + 59), 59u);
     EXPECT_EQ(m_thread->getAddrArgQueueSize(1), 0);
-}
-
-TEST_F(PollingWrites, StationsGoOutInAscendingOrder) {
-    start();
-    queueWrites(2, 1);
-    queueWrites(1, 1);
-    EXPECT_TRUE(m_probe->sendWrites());
-    EXPECT_EQ(sent(), Frames({"WN 1 1", "WN 2 1"}));
 }
 
 TEST_F(PollingWrites, WithoutRetriesAFailedFrameIsLost) {
@@ -98,16 +88,6 @@ TEST_F(PollingReads, AReadOfAnAddressInTheCacheSendsNoFrame) {
     EXPECT_EQ(data, QByteArray("\x08\0\0\0", 4));
 }
 
-TEST_F(PollingReads, QueuedReadsAreFetchedInRunsOfFiftyInQueueOrder) {
-    start();
-    m_thread->pushReadAddresses(2, {0x11, 0x10, 0x11});
-    m_thread->pushReadAddresses(1, AddressVector(51, 0x1000));
-    m_probe->fetchReads();
-    EXPECT_EQ(sent(), Frames({"RN 1 50", "RN 1 1", "RN 2 3"}));
-    EXPECT_EQ(requestItems(m_port.requests().at(2)), QList<quint32>() << 0x11 << 0x10 << 0x11);
-    EXPECT_TRUE(m_thread->readAddrQueueMapIsEmpty());
-}
-
 TEST_F(PollingReads, ARunThatFailsAfterItsRetriesIsGivenUp) {
     m_port.m_retries = 1;
     start();
@@ -135,22 +115,6 @@ TEST_F(PollingReads, AReadOnceOfASilentControllerFailsAfterTheWholeBudget) {
     const qint64 before = m_clock.msecsSinceBoot();
     EXPECT_FALSE(m_thread->readOnceData(1, data, {0x1000}, {0}));
     EXPECT_EQ(m_clock.msecsSinceBoot() - before, 9000);
-}
-
-TEST_F(PollingReads, ATransientErrorIsWaitedOut) {
-    start();
-    m_thread->setCommError(QString::fromLatin1("down"));
-    m_clock.setParticipants(2);
-    std::thread line([this] {
-        m_clock.sleepMsecs(495);
-        m_thread->clearError();
-        m_clock.setParticipants(1);
-    });
-    const qint64 before = m_clock.msecsSinceBoot();
-    EXPECT_TRUE(readCache());
-    EXPECT_EQ(m_clock.msecsSinceBoot() - before, 500);
-    EXPECT_EQ(m_miss, AddressVector({0x1000}));
-    line.join();
 }
 
 TEST_F(PollingReads, TheCacheIsClosedForTheWholeBudgetUntilARequestSucceeds) {

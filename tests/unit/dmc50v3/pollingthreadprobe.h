@@ -10,13 +10,14 @@ public:
         m_thread.m_low_latency.start();
     }
 
+    void run() { m_thread.run(); }
     void cycle() { m_thread.cycle(); }
     bool pollingScan() { return m_thread.m_scan.run(m_thread.m_cache_addresses); }
     bool sendWrites() { return m_thread.m_writer.sendAll(); }
     void fetchReads() { m_thread.m_fetcher.fetchAll(); }
-    bool checkLowLatency() { return m_thread.m_low_latency.checkLowLatency(); }
     void takeOverSession() { m_thread.takeOverSession(); }
     const AddressVectorMap& cacheAddresses() const { return m_thread.m_cache_addresses; }
+    DWordMap& cache() { return m_thread.m_data.cache(); }
     CPLLine& line() { return m_thread.m_line; }
 
 private:

@@ -30,6 +30,30 @@ TEST(SessionAddresses, ACommandAddsWhatTheProjectHoldsOfItsRange) {
     EXPECT_EQ(cache[1], AddressVector({0x10, 0x11, 0x12}));
 }
 
+TEST(SessionAddresses, ACountIsOfDoubleWordsWhateverTheTagsType) {
+    for (int type : {int(CommunicatorCommand::Bit), int(CommunicatorCommand::Byte),
+                     int(CommunicatorCommand::Word), int(CommunicatorCommand::DoubleWord)}) {
+        QList<CommunicatorCommand> list;
+        list.append(CommunicatorCommand(QString::fromLatin1("NA10"), type, 2));
+        SessionAddresses session;
+        session.replace(list, project(), 1);
+        AddressVectorMap cache;
+        session.mergeInto(cache);
+        EXPECT_EQ(cache[1], AddressVector({0x10, 0x11})) << type;
+    }
+}
+
+TEST(SessionAddresses, TwoCommandsOfOneStationAddUpAndOverlapsCountOnce) {
+    SessionAddresses session;
+    QList<CommunicatorCommand> list = commands("NA11", 2);
+    list += commands("NA10", 2);
+    list += commands("NA20", 1); // twice in the project
+    session.replace(list, project(), 1);
+    AddressVectorMap cache;
+    session.mergeInto(cache);
+    EXPECT_EQ(cache[1], AddressVector({0x10, 0x11, 0x12, 0x20}));
+}
+
 TEST(SessionAddresses, AStationPrefixNamesTheStation) {
     SessionAddresses session;
     session.replace(commands("3-NA10", 2), project(), 1);
