@@ -1,6 +1,8 @@
 #include "runtime/drivers/dmc50v3/dmc50_polling_thread.h"
 
 #include "runtime/base/fatal.h"
+#include "runtime/drivers/dmc50v3/sessioncommands.h"
+#include "runtime/interfaces/communicatorcommand.h"
 
 namespace {
 
@@ -63,7 +65,7 @@ void PollingThread::takeOverSession() {
 }
 
 void PollingThread::setSessionCommand(const QList<CommunicatorCommand>& commands) {
-    m_session.replace(commands, *m_valid_addresses_map, m_default_station_id);
+    m_session.replace(addressesOfSession(commands, *m_valid_addresses_map, m_default_station_id));
     setFlag(NewSession);
 }
 

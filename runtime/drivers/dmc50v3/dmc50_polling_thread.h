@@ -4,20 +4,22 @@
 #include "runtime/base/clock.h"
 #include "runtime/drivers/dmc50v3/cplline.h"
 #include "runtime/drivers/dmc50v3/lowlatencycare.h"
-#include "runtime/drivers/dmc50v3/sessionaddresses.h"
 #include "runtime/drivers/polling/commerror.h"
 #include "runtime/drivers/polling/linksettings.h"
 #include "runtime/drivers/polling/polleddata.h"
 #include "runtime/drivers/polling/pollingscan.h"
 #include "runtime/drivers/polling/readfetcher.h"
 #include "runtime/drivers/polling/runreader.h"
+#include "runtime/drivers/polling/sessionaddresses.h"
 #include "runtime/drivers/polling/threadrequests.h"
 #include "runtime/drivers/polling/writequeue.h"
 #include "runtime/drivers/polling/writesender.h"
 
+#include <QList>
 #include <QThread>
 
 class AbstractDeviceInterface;
+class CommunicatorCommand;
 
 /** The one thread that talks to the controllers. It owns the port while it
  *  runs; other threads put work into its queues and take results out of its

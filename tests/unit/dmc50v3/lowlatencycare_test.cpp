@@ -4,6 +4,7 @@
 #include "runtime/drivers/polling/writequeue.h"
 #include "tests/support/memoryline.h"
 #include "tests/support/scheduledclock.h"
+#include "tests/support/together.h"
 
 #include <gtest/gtest.h>
 
@@ -223,6 +224,28 @@ TEST_F(LowLatencyCareTest, FillingTheSetUpTwiceKeepsItAtFourPairs) {
     m_care.initLowLatencyAddrArgs();
     m_care.initLowLatencyStations();
     EXPECT_EQ(queued(1).size(), 4u);
+}
+
+TEST_F(LowLatencyCareTest, TheSetIsReplacedAsAWhole) {
+    std::set<quint8> low, high;
+    for (quint8 station = 1; station <= 20; ++station) {
+        low.insert(station);
+        high.insert(quint8(100 + station));
+    }
+    startWith(low);
+    const int rounds = 3000;
+    int wrong = 0;
+    together(
+        rounds, [&](int round) { m_care.setLowLatency(round % 2 ? low : high); },
+        [&](int) {
+            wrong += m_care.numOfLowLatencyStation() != 20;
+            m_care.kickLowLatencyWatchDog();
+            m_care.initLowLatencyStations();
+            wrong += !m_care.checkLowLatency();
+            m_line.takeLog();
+        });
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(m_writes.size(5) + m_writes.size(105), 4 + 5 * rounds);
 }
 
 TEST_F(LowLatencyCareDeath, CareWithoutTheSetUpPairsEndsTheProgram) {
