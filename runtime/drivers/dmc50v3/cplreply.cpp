@@ -10,7 +10,6 @@ namespace {
 const int StationOffset = 1;
 const int EndCodeOffset = 6;
 const int DataOffset = 8;
-const int DWordDigits = 8;
 
 /** How service people know the failures of one kind of request. */
 struct Wording {
@@ -63,7 +62,7 @@ quint8 getEndCodeFromRsp(const CPLReply& reply) {
 }
 
 quint32 getDWordFromRsp(const CPLReply& reply, int i) {
-    return HexToUInt(reply.bytes + DataOffset + DWordDigits * i, DWordDigits);
+    return HexToUInt(reply.bytes + DataOffset + CPLDWordDigits * i, CPLDWordDigits);
 }
 
 bool checkReadRsp(const CPLReply& reply, quint8 station_id, quint32 address, QString& error) {

@@ -10,8 +10,6 @@ const char Stx = 0x02;
 const char Etx = 0x03;
 const int TrailerLength = 4; // checksum digits, CR, LF
 
-const int DWordDigits = 8;
-
 /** Appends to a frame, never beyond the buffer, and sums what it appends. */
 class FrameWriter {
 public:
@@ -69,7 +67,7 @@ int CPLPackRNCmd(char* buf, int size, quint8 station_id, quint8 subaddress,
     FrameWriter frame(buf, size);
     frame.header(station_id, subaddress, "XRN00LL");
     for (uint i = 0; i < num_of_addresses; ++i)
-        frame.hex(addresses[i], DWordDigits);
+        frame.hex(addresses[i], CPLDWordDigits);
     return frame.finish();
 }
 
@@ -80,7 +78,7 @@ int CPLPackWGCmd(char* buf, int size, quint8 station_id, quint8 subaddress, quin
                 "num_of_dwords > 0 && num_of_dwords <= 50");
     FrameWriter frame(buf, size);
     frame.header(station_id, subaddress, "XWGLL");
-    frame.hex(start_address, DWordDigits);
+    frame.hex(start_address, CPLDWordDigits);
     for (uint i = 0; i < num_of_dwords; ++i) {
         for (int byte = 3; byte >= 0; --byte)
             frame.hex(dwords[4 * i + uint(byte)], 2);
@@ -96,8 +94,8 @@ int CPLPackWNCmd(char* buf, int size, quint8 station_id, quint8 subaddress,
     FrameWriter frame(buf, size);
     frame.header(station_id, subaddress, "XWN00LL");
     for (int i = 0; i < num_of_addr_args; ++i) {
-        frame.hex(addr_args[i].address, DWordDigits);
-        frame.hex(addr_args[i].value, DWordDigits);
+        frame.hex(addr_args[i].address, CPLDWordDigits);
+        frame.hex(addr_args[i].value, CPLDWordDigits);
     }
     return frame.finish();
 }

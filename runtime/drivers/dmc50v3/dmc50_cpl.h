@@ -12,6 +12,9 @@ const int CPLMaxReadAddresses = 50;
 const int CPLMaxWriteDWords = 50;
 const int CPLMaxWritePairs = 25;
 
+/** Hexadecimal digits of an address or a double word. */
+const int CPLDWordDigits = 8;
+
 /** Bytes of the driver's frame buffers: 417, the longest request it sends, and
  *  room to spare. */
 const int CPLBufferSize = 420;
