@@ -1,6 +1,5 @@
 #include "apps/dmc50ctl/options.h"
 
-#include "host/line/portcodes.h"
 #include "host/project/limits.h"
 #include "host/project/spelling.h"
 
@@ -59,9 +58,9 @@ void addTargetOptions(CLI::App& app, RawOptions& raw) {
 }
 
 void addLineOptions(CLI::App& app, RawOptions& raw) {
-    const std::map<std::string, int> parities = {{"none", portcodes::PARITY_NONE},
-                                                 {"odd", portcodes::PARITY_ODD},
-                                                 {"even", portcodes::PARITY_EVEN}};
+    const std::map<std::string, int> parities = {{"none", DeviceSetting::NoParity},
+                                                 {"odd", DeviceSetting::OddParity},
+                                                 {"even", DeviceSetting::EvenParity}};
     app.add_option("--baud", raw.baud, "Speed of a serial device")
         ->type_name("N")
         ->check(inRange(BaudRange));

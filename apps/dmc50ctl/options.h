@@ -37,7 +37,7 @@ struct Options {
     QString project_directory; // empty: plain addresses
     QString port;              // empty: the project's
     std::optional<int> station;
-    std::optional<int> baud, data_bits, stop_bits, parity; // parity as in portcodes.h
+    std::optional<int> baud, data_bits, stop_bits, parity; // parity: DeviceSetting::ParityCode
     std::optional<int> timeout_ms, retries, delay_ms;
 
     host::ValueFormat format = host::ValueFormat::Natural;

@@ -3,11 +3,11 @@
 #include "apps/dmc50demo/furnaceline.h"
 #include "apps/dmc50demo/recipeact.h"
 #include "apps/dmc50demo/summary.h"
-#include "host/project/databasewriter.h"
 #include "host/project/paneldirectory.h"
 #include "host/project/projectreader.h"
 #include "host/session/tagvalue.h"
 #include "runtime/interfaces/driverinterface.h"
+#include "runtime/interfaces/projectfiles.h"
 #include "runtime/panel/kdevice.h"
 
 #include <QDir>
@@ -84,7 +84,7 @@ Demonstration::Outcome Demonstration::compile(const QString& project_directory,
     if (!project)
         return Failure(project.error().join(QLatin1Char('\n')));
     m_project = *project;
-    const QFileInfo database(panel.filePath(QLatin1String(DATABASE_FILE)));
+    const QFileInfo database(projectDatabasePath(panel_directory));
     if (database.size() == 0)
         return Failure(QStringLiteral("There is no database ") + database.filePath());
     setPanelDirectory(panel_directory);

@@ -1,7 +1,5 @@
 #include "host/line/hostport.h"
 
-#include "host/line/portcodes.h"
-
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -14,8 +12,8 @@ constexpr int ShortestQuietMsecs = 20;
 
 int bitsPerCharacter(const DeviceSetting& device) {
     const int start = 1;
-    const int parity = device.parity == portcodes::PARITY_NONE ? 0 : 1;
-    const int stop = device.stopbits == portcodes::STOP_ONE ? 1 : 2;
+    const int parity = device.parity == DeviceSetting::NoParity ? 0 : 1;
+    const int stop = device.stopbits == DeviceSetting::OneStopBit ? 1 : 2;
     return start + device.databits + parity + stop;
 }
 
@@ -78,7 +76,7 @@ int HostPort::writeBytes(const char* buffer, int length) {
 }
 
 void HostPort::control(int code, QVariant) {
-    if (code != DISCARD_RECEIVED)
+    if (code != DiscardReceived)
         return;
     const bool reply_owed = m_recorder.isReplyOwed();
     m_recorder.exchangeEnded();

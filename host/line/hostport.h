@@ -43,14 +43,12 @@ public:
      *  dead controller. Returns @p length, or 0 when nothing was sent. */
     int writeBytes(const char* buffer, int length) override;
 
-    /** Code 12 throws away what has been received. When the exchange before it
+    /** DiscardReceived throws away what has been received. When the exchange before it
      *  brought no complete line, the rest of a late reply may be under way, and
      *  the frames name only the station: so it first waits until the line has been
      *  quiet for quietMsecs(), at most one response timeout. Other codes do
      *  nothing. */
     void control(int code, QVariant argument) override;
-
-    static constexpr int DISCARD_RECEIVED = 12;
 
     const DeviceSetting* deviceSetting() override { return &m_device; }
     const DriverSetting* driverSetting() override { return &m_driver; }

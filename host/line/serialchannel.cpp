@@ -1,7 +1,5 @@
 #include "host/line/serialchannel.h"
 
-#include "host/line/portcodes.h"
-
 #include <QFileInfo>
 #include <QSerialPort>
 
@@ -18,9 +16,9 @@ constexpr unsigned ForeignGroup = 65534; // any that has no name in this name sp
 
 QSerialPort::Parity parityOf(int code) {
     switch (code) {
-    case portcodes::PARITY_ODD:
+    case DeviceSetting::OddParity:
         return QSerialPort::OddParity;
-    case portcodes::PARITY_EVEN:
+    case DeviceSetting::EvenParity:
         return QSerialPort::EvenParity;
     default:
         return QSerialPort::NoParity;
@@ -51,8 +49,8 @@ bool SerialChannel::configure(QSerialPort& port) const {
         return set;
     return port.setDataBits(QSerialPort::DataBits(m_setting.databits)) &&
            port.setParity(parityOf(m_setting.parity)) &&
-           port.setStopBits(m_setting.stopbits == portcodes::STOP_ONE ? QSerialPort::OneStop
-                                                                      : QSerialPort::TwoStop);
+           port.setStopBits(m_setting.stopbits == DeviceSetting::OneStopBit ? QSerialPort::OneStop
+                                                                            : QSerialPort::TwoStop);
 }
 
 Result<void> SerialChannel::open() {

@@ -2,6 +2,7 @@
 
 #include "host/project/projectcheck.h"
 #include "host/project/replacefile.h"
+#include "runtime/interfaces/projectfiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -114,7 +115,7 @@ void writeTags(const Project& project, NewDatabase& database) {
 } // namespace
 
 Result<void> writeDatabase(const Project& project, const QString& panel_directory) {
-    const QString target = QDir(panel_directory).absoluteFilePath(QLatin1String(DATABASE_FILE));
+    const QString target = projectDatabasePath(QDir(panel_directory).absolutePath());
     const QString folder = QFileInfo(target).absolutePath();
     if (!QDir().mkpath(folder))
         return Failure(QString::fromLatin1("%1: the folder cannot be made").arg(folder));

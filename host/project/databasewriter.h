@@ -6,9 +6,6 @@
 
 namespace host {
 
-/** The database's place inside a panel directory; the driver's choice. */
-constexpr char DATABASE_FILE[] = "compile/database/database";
-
 /** Writes the project's database, which the driver reads, into the panel
  *  directory @p panel_directory, making folders as needed. The old database is
  *  replaced in one step when the new one is complete and on the disk, and stays

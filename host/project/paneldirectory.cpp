@@ -2,6 +2,7 @@
 
 #include "host/project/databasewriter.h"
 #include "host/project/replacefile.h"
+#include "runtime/interfaces/projectfiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -45,12 +46,12 @@ Result<void, QStringList> buildPanelDirectory(const QString& source_directory,
 }
 
 bool isPanelDirectory(const QString& directory) {
-    return QFile::exists(QDir(directory).filePath(QLatin1String(DATABASE_FILE)));
+    return QFile::exists(projectDatabasePath(directory));
 }
 
 void setPanelDirectory(const QString& directory) {
     // The plug-in asks for this property before it asks where the program is.
-    qApp->setProperty("PanelApplicationDir", QDir(directory).absolutePath());
+    qApp->setProperty(ApplicationDirProperty, QDir(directory).absolutePath());
 }
 
 Result<void> writeSampleProject(const QString& directory) {

@@ -6,7 +6,8 @@ namespace host {
 
 DeviceSetting LinkDefinition::deviceSetting() const {
     DeviceSetting setting(DEVICE_RS485, hmi_port, baud, data_bits,
-                          stop_bits == 1 ? portcodes::STOP_ONE : portcodes::STOP_TWO, parity);
+                          stop_bits == 1 ? DeviceSetting::OneStopBit : DeviceSetting::TwoStopBits,
+                          parity);
     setting.linkID = id;
     return setting;
 }

@@ -1,7 +1,6 @@
 #ifndef HOST_PROJECT_PROJECT_H
 #define HOST_PROJECT_PROJECT_H
 
-#include "host/line/portcodes.h"
 #include "host/project/limits.h"
 #include "host/project/projectaddress.h"
 #include "host/project/tagtype.h"
@@ -28,7 +27,7 @@ struct LinkDefinition {
     int baud = 38400;
     int data_bits = 8;
     int stop_bits = 1;
-    int parity = portcodes::PARITY_EVEN;
+    int parity = DeviceSetting::EvenParity;
     int timeout_ms = 9000;
     int retries = 1;
     int delay_ms = 20;

@@ -2,6 +2,7 @@
 
 #include "host/line/portaddress.h"
 #include "host/project/spelling.h"
+#include "runtime/interfaces/projectfiles.h"
 
 #include <QMap>
 #include <QRegularExpression>
@@ -11,9 +12,6 @@
 namespace host {
 
 namespace {
-
-constexpr int FirstComPort = 1000;
-constexpr int EthernetPort = 2000;
 
 /** Reports what is there already; remembers the first place of each key. */
 template <typename Key>
@@ -124,8 +122,8 @@ int hmiPortNumber(const QString& hmi_port) {
     static const QRegularExpression ethernet(QStringLiteral("^ETHERNET\\d*$"));
     const QRegularExpressionMatch match = com.match(hmi_port);
     if (match.hasMatch())
-        return FirstComPort - 1 + match.captured(1).toInt();
-    return ethernet.match(hmi_port).hasMatch() ? EthernetPort : 0;
+        return FirstSerialHmiPort - 1 + match.captured(1).toInt();
+    return ethernet.match(hmi_port).hasMatch() ? EthernetHmiPort : 0;
 }
 
 void checkLinkPorts(const LinkDefinition& link, const SourcePlace& hmi_place,

@@ -1,11 +1,9 @@
 #include "runtime/drivers/addresstext.h"
 
 #include "runtime/base/fatal.h"
+#include "runtime/interfaces/projectfiles.h"
 
 namespace {
-
-const int FIRST_SERIAL_HMI_PORT = 1000; // the host's number for COM1
-const int ETHERNET_HMI_PORT = 2000;
 
 /** -1 for a character that is no hexadecimal digit. */
 int hexDigit(char c) {
@@ -63,13 +61,13 @@ quint32 HexToUInt(const char* text, int len) {
 
 int DevStrToHmiPort(const QString& dev_str) {
     if (dev_str.startsWith(QLatin1String("ETHERNET"), Qt::CaseInsensitive))
-        return ETHERNET_HMI_PORT;
+        return EthernetHmiPort;
 
     int i = dev_str.size() - 1;
     while (i >= 0 && dev_str.at(i) >= QLatin1Char('0') && dev_str.at(i) <= QLatin1Char('9'))
         --i;
     FATAL_CHECK(i >= 0 && (i + 1) < dev_str.size(), "i >= 0 && (i+1) < dev_str.size()");
-    return int(dev_str.mid(i + 1).toUInt() + FIRST_SERIAL_HMI_PORT - 1);
+    return int(dev_str.mid(i + 1).toUInt() + FirstSerialHmiPort - 1);
 }
 
 QString dumpByteArray(const QByteArray& bytes) {

@@ -1,17 +1,19 @@
 #include "runtime/drivers/projectdatabase.h"
 
+#include "runtime/interfaces/projectfiles.h"
+
 #include <QCoreApplication>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QVariant>
 
-const QString COMPILE_PATH = QString::fromLatin1("compile");
-const QString DATABASE_PATH = QString::fromLatin1("database");
+const QString COMPILE_PATH = QString::fromLatin1(CompileFolder);
+const QString DATABASE_PATH = QString::fromLatin1(DatabaseFolder);
 
 namespace {
 
 QDir applicationDirectory() {
-    const QVariant replaced = qApp->property(APPLICATION_DIR_PROPERTY);
+    const QVariant replaced = qApp->property(ApplicationDirProperty);
     return QDir(replaced.isValid() ? replaced.toString() : QCoreApplication::applicationDirPath());
 }
 
@@ -40,7 +42,7 @@ QDir GetCompilePath() {
 QString GetDatabaseName() {
     QDir path = GetCompilePath();
     path.cd(DATABASE_PATH); // stays where there is none
-    return path.absoluteFilePath(DATABASE_PATH);
+    return path.absoluteFilePath(QString::fromLatin1(DatabaseFile));
 }
 
 bool GetLinkIdAndDefaultStationId(const QString& connection_name, int hmi_port, int& link_id,

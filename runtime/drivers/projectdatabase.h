@@ -13,11 +13,7 @@
  *  connection it names. */
 
 extern const QString COMPILE_PATH;  // "compile"
-extern const QString DATABASE_PATH; // "database": the folder and the file in it
-
-/** Property of the application object that, where a host sets it, stands in for
- *  the application's directory: a PC host runs projects from any folder. */
-#define APPLICATION_DIR_PROPERTY "PanelApplicationDir"
+extern const QString DATABASE_PATH; // "database"
 
 /** The application's directory, or "compile" in it where that exists. */
 QDir GetCompilePath();

@@ -19,6 +19,11 @@ struct DriverSetting;
  *  any thread and must allow that. */
 class AbstractDeviceInterface {
 public:
+    /** Codes of control(). */
+    enum ControlCode {
+        DiscardReceived = 12 // throw away what has been received
+    };
+
     virtual ~AbstractDeviceInterface() {}
 
     virtual bool open() { return true; } // 2
@@ -42,8 +47,7 @@ public:
     virtual bool isOpen() { return true; }                 // 10
     virtual void reset() {}                                // 11
 
-    /** 12: control(12, 0) is sent before every request: throw away what has been
-     *  received. */
+    /** 12: sent as control(DiscardReceived, 0) before every request. */
     virtual void control(int code, QVariant argument) = 0;
 
     virtual const DriverSetting* driverSetting() { return nullptr; } // 13

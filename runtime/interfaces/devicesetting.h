@@ -14,6 +14,12 @@ enum device_type : int { DEVICE_RS232 = 0x10, DEVICE_RS422 = 0x20, DEVICE_RS485 
 /** The port of a link. The fields, their order and the stream form are the
  *  host's and are stored with projects. A plain record. */
 struct DeviceSetting {
+    /** Of stopbits and parity. The driver's default port fixes OneStopBit and
+     *  EvenParity; the others are our host's choice. @{ */
+    enum StopBitsCode { OneStopBit = 0, TwoStopBits = 1 };
+    enum ParityCode { NoParity = 0, OddParity = 1, EvenParity = 2 };
+    /** @} */
+
     DeviceSetting(device_type type, const QString& name, int baudrate, int databits, int stopbits,
                   int parity);
     DeviceSetting(device_type type, const QString& name, int baudrate, int databits, int stopbits,
@@ -38,8 +44,8 @@ struct DeviceSetting {
     QString string; // port name, such as "COM2"
     int baudrate;
     int databits;
-    int stopbits;     // code; 0 is one stop bit
-    int parity;       // code; 2 is even parity
+    int stopbits;     // a StopBitsCode; the host may know others
+    int parity;       // a ParityCode; the host may know others
     int number;       // streamed; the host's
     QString text;     // not streamed; the host's
     int linkID;       // -1: none

@@ -11,7 +11,7 @@
 
 namespace {
 
-const char Property[] = "PanelApplicationDir"; // asked by the driver's look-ups
+const char Property[] = "PanelApplicationDir"; // as the contract has it, written down a second time
 const char Folder[] = "compile/database";
 
 } // namespace

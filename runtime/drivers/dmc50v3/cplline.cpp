@@ -9,7 +9,6 @@
 namespace {
 
 const quint8 SubAddress = 0;
-const int DiscardReceived = 12; // port control code
 
 } // namespace
 
@@ -51,7 +50,7 @@ bool CPLLine::write(quint8 station_id, const std::vector<AddrArg>& pairs) {
 }
 
 CPLReply CPLLine::exchange(const char* frame, int length) {
-    m_port.control(DiscardReceived, QVariant(0));
+    m_port.control(AbstractDeviceInterface::DiscardReceived, QVariant(0));
     m_port.writeBytes(frame, length);
     m_reply.resetRspBuf();
     m_reply.readRspUntilLF(m_port);

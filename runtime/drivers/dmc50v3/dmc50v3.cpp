@@ -12,9 +12,6 @@ const QString VERSION_STRING = QString::fromLatin1("1.0.0");
 
 const int BlockBytes = 1024;
 
-const int OneStopBit = 0; // codes of the host's device setting
-const int EvenParity = 2;
-
 } // namespace
 
 DriverDMC50v3::DriverDMC50v3(Clock& clock)
@@ -60,8 +57,8 @@ QString DriverDMC50v3::getVersionNumber() {
 }
 
 DeviceSetting* DriverDMC50v3::getDefaultSerialDeviceSetting() {
-    return new DeviceSetting(DEVICE_RS485, QString::fromLatin1("COM2"), 38400, 8, OneStopBit,
-                             EvenParity);
+    return new DeviceSetting(DEVICE_RS485, QString::fromLatin1("COM2"), 38400, 8,
+                             DeviceSetting::OneStopBit, DeviceSetting::EvenParity);
 }
 
 DriverSetting* DriverDMC50v3::getDefaultDriverSetting() {

@@ -1,5 +1,6 @@
 #include "runtime/drivers/projectdatabase.h"
 
+#include "runtime/interfaces/projectfiles.h"
 #include "tests/support/temporarydirectory.h"
 
 #include <QCoreApplication>
@@ -19,8 +20,8 @@ QString text(const char* latin1) {
 /** The application's directory is a fresh, empty one. */
 class ProjectPath : public testing::Test {
 protected:
-    ProjectPath() { qApp->setProperty(APPLICATION_DIR_PROPERTY, m_directory.path()); }
-    ~ProjectPath() override { qApp->setProperty(APPLICATION_DIR_PROPERTY, QVariant()); }
+    ProjectPath() { qApp->setProperty(ApplicationDirProperty, m_directory.path()); }
+    ~ProjectPath() override { qApp->setProperty(ApplicationDirProperty, QVariant()); }
 
     QString inside(const char* path) const { return m_directory.filePath(text(path)); }
     void makeFolder(const char* path) const {
@@ -65,7 +66,7 @@ typedef QList<LinkIdStationId> Pairs;
 } // namespace
 
 TEST_F(ProjectPath, IsTheApplicationDirectoryUnlessItIsReplaced) {
-    qApp->setProperty(APPLICATION_DIR_PROPERTY, QVariant());
+    qApp->setProperty(ApplicationDirProperty, QVariant());
     EXPECT_EQ(GetCompilePath(), QDir(QCoreApplication::applicationDirPath()));
 }
 

@@ -30,7 +30,7 @@ DriverSetting timing() {
 class HostPortTest : public ::testing::Test {
 protected:
     void request(const QByteArray& bytes) {
-        m_port.control(HostPort::DISCARD_RECEIVED, QVariant(0));
+        m_port.control(HostPort::DiscardReceived, QVariant(0));
         m_port.writeBytes(bytes.constData(), bytes.size());
     }
 
@@ -201,7 +201,7 @@ TEST(HostPortTrace, WritesRequestsRepliesAndWhatWasThrownAway) {
     port.readBytes(buffer, sizeof buffer);
     port.readBytes(buffer, sizeof buffer);
     channel.stale = "late";
-    port.control(HostPort::DISCARD_RECEIVED, QVariant(0));
+    port.control(HostPort::DiscardReceived, QVariant(0));
 
     const QList<QByteArray> lines = file.data().trimmed().split('\n');
     ASSERT_EQ(lines.size(), 3);
@@ -220,7 +220,7 @@ TEST(HostPortOnAPty, NeverLetsALateReplyAnswerTheNextRequest) {
     EXPECT_EQ(port.readBytes(buffer, sizeof buffer), 0);
 
     pty.send("late\n");
-    port.control(HostPort::DISCARD_RECEIVED, QVariant(0));
+    port.control(HostPort::DiscardReceived, QVariant(0));
     ASSERT_EQ(port.writeBytes("two\n", 4), 4);
     EXPECT_EQ(pty.receive(4), QByteArray("two\n"));
     pty.send("2\n");

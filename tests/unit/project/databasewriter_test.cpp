@@ -2,6 +2,7 @@
 
 #include "host/project/paneldirectory.h"
 #include "host/project/projectcheck.h"
+#include "runtime/interfaces/projectfiles.h"
 #include "tests/support/errorof.h"
 
 #include <QCoreApplication>
@@ -67,7 +68,7 @@ protected:
     }
 
     QString panel() const { return m_directory.filePath(QStringLiteral("panel")); }
-    QString database() const { return QDir(panel()).filePath(QLatin1String(DATABASE_FILE)); }
+    QString database() const { return projectDatabasePath(panel()); }
 
     /** The rows of a query, columns joined by "|". */
     QStringList rows(const QString& query_text) {

@@ -128,8 +128,8 @@ link = "b"
 )");
     ASSERT_EQ(errorOf(reading), QStringList());
     const LinkDefinition& link = *reading->link(7);
-    EXPECT_EQ(link.parity, portcodes::PARITY_ODD);
-    EXPECT_EQ(link.deviceSetting().stopbits, portcodes::STOP_TWO);
+    EXPECT_EQ(link.parity, DeviceSetting::OddParity);
+    EXPECT_EQ(link.deviceSetting().stopbits, DeviceSetting::TwoStopBits);
     EXPECT_EQ(reading->nodes.first().ip, QStringLiteral("10.0.0.7"));
     EXPECT_EQ(reading->nodes.first().port, 4001);
     const TagDefinition& bits = *reading->tag(QStringLiteral("bits"));

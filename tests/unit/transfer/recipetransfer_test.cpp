@@ -96,7 +96,7 @@ TEST_F(RecipeTransferTest, GivesUpOnADriverThatMakesNoProgress) {
 TEST_F(RecipeTransferTest, GivesUpAPushToAStationThatIsSilent) {
     driver.script[TransferDriver::Push] = {{true, 0}, {true, 3}};
     driver.on_look = [this] { // the polling thread's share
-        link.session->port().control(HostPort::DISCARD_RECEIVED, QVariant(0));
+        link.session->port().control(HostPort::DiscardReceived, QVariant(0));
         link.session->port().writeBytes("lost", 4);
     };
     const qint64 start = link.clock.msecsSinceBoot();
