@@ -28,6 +28,6 @@ public:
 } // namespace
 
 Clock& Clock::system() {
-    static SystemClock clock;
-    return clock;
+    static SystemClock* const clock = new SystemClock; // never deleted: threads outlive main()
+    return *clock;
 }

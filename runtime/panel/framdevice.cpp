@@ -25,6 +25,6 @@ int FramDevice::close(int fd) {
 }
 
 FramDevice& FramDevice::system() {
-    static FramDevice device;
-    return device;
+    static FramDevice* const device = new FramDevice; // outlives every use
+    return *device;
 }

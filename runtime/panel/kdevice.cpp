@@ -6,7 +6,6 @@
 #include "runtime/panel/x86linuxhmi.h"
 
 #include <QCoreApplication>
-#include <QMutexLocker>
 #include <QVariant>
 
 namespace {
@@ -15,7 +14,7 @@ const quint32 PassMsecs = 1000;
 
 } // namespace
 
-QMutex KDevice::m_instance_mutex;
+std::mutex KDevice::m_instance_guard;
 KDevice* KDevice::m_instance = nullptr;
 
 KDevice::KDevice(Clock& clock) : platform(nullptr), stopFlag(false), m_clock(clock) {
@@ -56,7 +55,7 @@ void KDevice::watch(PlatformInterface* watched) {
 }
 
 KDevice* KDevice::getInstance() {
-    QMutexLocker lock(&m_instance_mutex);
+    std::lock_guard<std::mutex> lock(m_instance_guard);
     if (!m_instance) {
         m_instance = new KDevice;
         if (QCoreApplication::instance()) {
@@ -74,7 +73,7 @@ void KDevice::publish() {
 }
 
 void KDevice::dropInstance() {
-    QMutexLocker lock(&m_instance_mutex);
+    std::lock_guard<std::mutex> lock(m_instance_guard);
     if (m_instance)
         m_instance->stopRunning();
 }

@@ -5,11 +5,11 @@
 #include "runtime/base/panelservice.h"
 #include "runtime/panel/storagedevice.h"
 
-#include <QMutex>
 #include <QString>
 #include <QThread>
 
 #include <atomic>
+#include <mutex>
 
 class PlatformInterface;
 
@@ -83,8 +83,11 @@ private:
     std::atomic<bool> stopFlag;
     Clock& m_clock;
 
-    static QMutex m_instance_mutex; // guards m_instance
-    static KDevice* m_instance;     // lives to the end of the process
+    // A host that carries this class too shares these with the plug-in, and both
+    // construct and destroy what has a constructor or a destructor. So none has:
+    // std::mutex is constant from the start and has nothing to release.
+    static std::mutex m_instance_guard; // guards m_instance
+    static KDevice* m_instance;         // lives to the end of the process
 };
 
 #endif

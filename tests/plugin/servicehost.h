@@ -25,6 +25,10 @@ protected:
     void SetUp() override {
         m_panel.reset(MessageCenter::initInstance(QSize(300, 300), QSize(250, 200), 0,
                                                   QRect(100, 200, 300, 100), int(0xffd0d8e0)));
+        load();
+    }
+
+    void load() {
         m_plugin = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(nullptr, m_plugin) << dlerror();
     }

@@ -16,9 +16,9 @@ namespace {
  *  operator. */
 CSVImExporter* newExporter() {
     keepPluginLoaded();
-    static QMutex mutex; // guards the list
+    static QMutex* const mutex = new QMutex; // guards the list; never deleted, as the list
     static QList<CSVImExporter*>* const exporters = new QList<CSVImExporter*>;
-    QMutexLocker lock(&mutex);
+    QMutexLocker lock(mutex);
     exporters->append(new CSVImExporter(nullptr));
     return exporters->last();
 }

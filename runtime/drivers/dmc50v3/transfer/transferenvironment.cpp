@@ -25,6 +25,6 @@ public:
 } // namespace
 
 TransferEnvironment& TransferEnvironment::panel() {
-    static PanelTransferEnvironment environment;
-    return environment;
+    static PanelTransferEnvironment* const environment = new PanelTransferEnvironment;
+    return *environment; // never deleted: a transfer may outlive main()
 }
