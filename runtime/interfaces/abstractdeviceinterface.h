@@ -59,7 +59,7 @@ public:
     /** 18: the configured response timeout, ms. */
     virtual int responseTimeout() = 0;
 
-    /** 19: the configured number of further attempts. */
+    /** 19: further attempts; of a write it is taken as signed, and -1 means none. */
     virtual unsigned retryCount() = 0;
 
     /** 20: the station that the current command addresses; its low 8 bits. */

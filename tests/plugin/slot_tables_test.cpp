@@ -12,6 +12,24 @@ class SlotTables : public ::testing::Test {
 protected:
     SlotTables() : m_driver(createDriver()) {}
 
+    /** Polls NA10 of stations 1 and 2 from the thread's start on. */
+    void startSessionOfTwoStations() {
+        m_project.create(1, QStringList()
+                                << QString::fromLatin1("NA10") << QString::fromLatin1("2-NA10"));
+        QList<host::Command> session;
+        session.append(host::command("NA10", 3, 1, 4));
+        session.append(host::command("2-NA10", 3, 1, 4));
+        m_driver->setSession(session);
+        EXPECT_EQ(m_driver->read(&m_port, host::command("INITDRV0", 2, 1, 2)), QByteArray(2, '\0'));
+    }
+
+    /** The stations of requests that began after the call. */
+    QList<int> laterStations() {
+        const int under_way = 3; // the rest of a scan
+        const int so_far = m_port.waitForRequests(0).size();
+        return m_port.waitForRequests(so_far + under_way + 6).mid(so_far + under_way);
+    }
+
     TestProject m_project;
     FakePort m_port;
     std::unique_ptr<host::Driver> m_driver;
@@ -92,13 +110,35 @@ TEST_F(SlotTables, TheCommandsSizeComesFromTheHostsOwnTable) {
 }
 
 TEST_F(SlotTables, ASessionGivenBeforeTheFirstAccessIsPolled) {
-    m_project.create(1, QStringList(text("NA10")));
-    QList<host::Command> session;
-    session.append(host::command("NA10", 3, 1, 4));
-    m_driver->setSession(session);
-    EXPECT_EQ(m_driver->read(&m_port, host::command("NA10", 3, 1, 4)), QByteArray(4, '\0'));
+    startSessionOfTwoStations();
+    const QList<int> stations = m_port.waitForRequests(4); // nobody has asked for a value
+    EXPECT_EQ(stations.mid(0, 4), QList<int>() << 1 << 2 << 1 << 2);
     m_driver.reset();
     EXPECT_EQ(m_port.unexpected, 0);
+}
+
+TEST_F(SlotTables, RetriesAndPauseAreThePorts) {
+    m_port.is_silent = true;
+    m_port.response_timeout = 0; // taken for a retry or a pause, it would show
+    m_port.retries = 2;
+    m_port.frame_interval = 40;
+    startSessionOfTwoStations();
+    const QList<int> stations = m_port.waitForRequests(7);
+    EXPECT_EQ(stations.mid(0, 7), QList<int>() << 1 << 1 << 1 << 2 << 2 << 2 << 1);
+    const QList<qint64> sent = m_port.sentMsecs();
+    for (int i = 1; i < sent.size(); ++i)
+        EXPECT_GE(sent.at(i) - sent.at(i - 1), 40 - 1) << i; // both times are cut to ms
+    m_driver.reset();
+}
+
+TEST_F(SlotTables, ClearingTheSessionIsNotSettingTheDebugMode) {
+    startSessionOfTwoStations();
+    m_port.waitForRequests(2); // the session is taken over
+    m_driver->setDebugMode(true);
+    EXPECT_TRUE(laterStations().contains(2));
+    m_driver->clearSession(); // from now on a scan ends after its first run
+    EXPECT_FALSE(laterStations().contains(2));
+    m_driver.reset();
 }
 
 TEST_F(SlotTables, ADatabaseFailureComesBackThroughTheErrorSlots) {

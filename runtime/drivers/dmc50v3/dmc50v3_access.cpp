@@ -63,7 +63,7 @@ DriverDMC50v3::SpecialTag DriverDMC50v3::specialTag(const QString& address) {
 }
 
 bool DriverDMC50v3::prepare(AbstractDeviceInterface* port) {
-    if (!readDB(port->deviceSetting()->string))
+    if (!m_db_loaded && !readDB(port->deviceSetting()->string))
         return false;
     if (!m_thread)
         createThread(port);
@@ -204,13 +204,13 @@ bool DriverDMC50v3::write(AbstractDeviceInterface* port, const CommunicatorComma
 bool DriverDMC50v3::writeController(AbstractDeviceInterface* port,
                                     const CommunicatorCommand& command, const QByteArray& data) {
     bool result = true;
-    for (unsigned attempt = 0;; ++attempt) {
+    for (int attempt = 0;; ++attempt) {
         clearError();
         if (hasError())
             return result;
         bool supported = true;
         result = writeOnce(portStation(port), command, data, supported);
-        if (result || !supported || attempt >= port->retryCount())
+        if (result || !supported || attempt >= int(port->retryCount()))
             return result;
     }
 }

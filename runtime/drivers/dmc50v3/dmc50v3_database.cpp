@@ -11,6 +11,17 @@
 
 #include <cstdio>
 
+namespace {
+
+bool openNewConnection(const QString& name) {
+    QSqlDatabase database = QSqlDatabase::addDatabase(QString::fromLatin1("QSQLITE"), name);
+    database.setDatabaseName(GetDatabaseName());
+    database.setConnectOptions(QString::fromLatin1("QSQLITE_OPEN_READONLY"));
+    return database.open();
+}
+
+} // namespace
+
 bool DriverDMC50v3::readDB(const QString& device_text) {
     if (m_db_loaded)
         return true;
@@ -39,11 +50,13 @@ bool DriverDMC50v3::readDB(const QString& device_text) {
 bool DriverDMC50v3::createDBConnection() {
     if (QSqlDatabase::contains(m_connection_name))
         return true;
-    QSqlDatabase database =
-        QSqlDatabase::addDatabase(QString::fromLatin1("QSQLITE"), m_connection_name);
-    database.setDatabaseName(GetDatabaseName());
-    database.setConnectOptions(QString::fromLatin1("QSQLITE_OPEN_READONLY"));
-    return database.open();
+    if (openNewConnection(m_connection_name))
+        return true;
+    // A connection that stayed would pass for an opened one at the next access,
+    // which would then fail in the next step, and would keep a path that was right
+    // only while there was no folder. So the next access opens anew.
+    QSqlDatabase::removeDatabase(m_connection_name);
+    return false;
 }
 
 bool DriverDMC50v3::getLinkIdAndDefaultStationId(int hmi_port, int& link_id, uchar& station_id) {

@@ -19,6 +19,8 @@ quint8 lowLatencyStation(const QString& text, quint8 default_station) {
 } // namespace
 
 void ValidAddresses::addTag(const QString& text, quint8 default_station) {
+    // In capitals, as the project compiler writes it. Only what a person types, an
+    // address or a tag that the host asks for, may be in either case.
     if (text.contains(QLatin1String("LOWLATENCY"))) {
         low_latency.insert(lowLatencyStation(text, default_station));
         return;

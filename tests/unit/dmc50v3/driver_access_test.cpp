@@ -1,9 +1,42 @@
 #include "tests/unit/dmc50v3/driverfixture.h"
 
+#include <functional>
+
 namespace {
 
 class DriverRead : public DriverFixture {};
 class DriverWrite : public DriverFixture {};
+
+/** Counts what the driver asks of it, and may do something when it is asked. */
+class AskedPort : public ScriptedPort {
+public:
+    explicit AskedPort(Clock* clock) : ScriptedPort(clock) {}
+
+    const DeviceSetting* deviceSetting() override {
+        ++m_settings_asked;
+        return ScriptedPort::deviceSetting();
+    }
+    int stationId() override {
+        if (m_when_station_asked)
+            m_when_station_asked();
+        return ScriptedPort::stationId();
+    }
+
+    int m_settings_asked = 0;
+    std::function<void()> m_when_station_asked;
+};
+
+/** Takes only the addresses of @p requests: the first of each. */
+QList<quint32> firstAddresses(const QList<QByteArray>& requests) {
+    QList<quint32> addresses;
+    for (int i = 0; i < requests.size(); ++i)
+        addresses.append(requestItems(requests.at(i)).value(0));
+    return addresses;
+}
+
+QByteArray refusal(const QByteArray&) {
+    return cplFrame("0100X4A");
+}
 
 QByteArray bytes(const char* hex) {
     return QByteArray::fromHex(hex);
@@ -167,6 +200,67 @@ TEST_F(DriverRead, WithoutItsLinkEveryAccessFailsUntilTheDatabaseIsMended) {
     EXPECT_EQ(read("NA10", Word, 1), bytes("0500"));
 }
 
+TEST_F(DriverRead, TheHostsPortIsAskedForItsSettingsUntilTheDatabaseIsLoaded) {
+    m_driver.reset(new DriverDMC50v3(m_clock));
+    AskedPort port(&m_clock);
+    const CommunicatorCommand command(text("WRITE_QUE_SIZE0"), Word, 1);
+    m_driver->read(&port, command);
+    m_driver->write(&port, command, bytes("0000"));
+    EXPECT_EQ(port.m_settings_asked, 2); // there is no database yet
+    m_project.create(1, QStringList(text("NA10")));
+    EXPECT_EQ(m_driver->read(&port, command), bytes("0000"));
+    EXPECT_TRUE(m_driver->write(&port, command, bytes("0000")));
+    EXPECT_EQ(port.m_settings_asked, 3);
+    deleteDriver(); // before its port
+}
+
+TEST_F(DriverRead, ClearsTheDriversOwnError) {
+    project("NA10");
+    m_driver->setCommError(text("of an earlier access"));
+    EXPECT_EQ(read("NA10", Word, 1), bytes("0000"));
+    EXPECT_FALSE(m_driver->hasError());
+}
+
+TEST_F(DriverRead, OnlyTheWholeWordIsTheLowLatencyTag) {
+    project("NA10");
+    EXPECT_DEATH(read("LOWLATENC", Word, 1), "ASSERT: \"0\"");
+}
+
+TEST_F(DriverRead, ASessionsAddressesAreThoseOfTheDefaultStation) {
+    m_project.create(5, QStringList(text("NA10")));
+    m_driver.reset(new DriverDMC50v3(m_clock));
+    m_probe.reset(new DriverProbe(*m_driver));
+    QList<CommunicatorCommand> session;
+    session.append(CommunicatorCommand(text("NA10"), DoubleWord, 1));
+    m_driver->setSessionCommand(session);
+    read("INITDRV0", Word, 1);
+    pause(100);
+    ASSERT_FALSE(m_port.requests().isEmpty());
+    EXPECT_EQ(requestStation(m_port.requests().at(0)), 5);
+}
+
+TEST_F(DriverRead, AnEmptySessionDoesNotEndThePolling) {
+    project("NA10 NA11");
+    read("INITDRV0", Word, 1); // makes the thread
+    QList<CommunicatorCommand> session;
+    session.append(CommunicatorCommand(text("NA10"), DoubleWord, 1));
+    m_driver->setSessionCommand(session);
+    m_driver->setSessionCommand(QList<CommunicatorCommand>());
+    pause(100);
+    EXPECT_TRUE(firstAddresses(m_port.requests()).contains(0x10));
+    session[0] = CommunicatorCommand(text("NA11"), DoubleWord, 1);
+    m_driver->setSessionCommand(session);
+    pause(100);
+    EXPECT_EQ(firstAddresses(m_port.requests()).last(), 0x11u);
+}
+
+TEST_F(DriverRead, ClearingTheSessionReachesTheThread) {
+    project("NA10");
+    read("INITDRV0", Word, 1); // makes the thread
+    m_driver->clearSessionCommand();
+    EXPECT_EQ(m_probe->thread()->getFlag(), PollingThread::ClearedSession);
+}
+
 TEST_F(DriverRead, ARangeOutsideTheProjectEndsTheProgram) {
     project("NA10");
     m_probe->validAddresses()[1] = {0x10};
@@ -283,6 +377,47 @@ TEST_F(DriverWrite, ABitWriteThatCannotReadIsRetriedAsThePortSaysThenFails) {
     // Three attempts; each waits 3 x 3000 ms for a read that is tried three times.
     EXPECT_EQ(m_clock.msecsSinceBoot() - before, 3 * 9000);
     EXPECT_EQ(m_port.requests().size(), 3 * 3);
+}
+
+TEST_F(DriverWrite, TheRetriesOfAWriteAreASignedNumber) {
+    project("NA10");
+    m_port.setAnswer(refusal);
+    read("INITDRV0", Word, 1); // makes the thread, whose requests are not retried
+    const int requests_of[][2] = {{-1, 1}, {0, 1}, {1, 2}};
+    for (const auto& row : requests_of) {
+        m_port.m_retries = unsigned(row[0]);
+        m_port.forgetCalls();
+        EXPECT_FALSE(write("NA10.1", Bit, 1, bytes("01")));
+        EXPECT_EQ(m_port.requests().size(), row[1]) << row[0];
+        pause(100); // the thread is idle and clears its error
+    }
+}
+
+TEST_F(DriverWrite, EachAttemptClearsTheDriversOwnError) {
+    project("NA10");
+    AskedPort port(&m_clock);
+    port.m_retries = 1;
+    port.setAnswer(refusal);
+    int attempts = 0;
+    port.m_when_station_asked = [&] {
+        ++attempts;
+        m_driver->setCommError(text("between two attempts"));
+    };
+    m_driver->setCommError(text("of an earlier access"));
+    EXPECT_FALSE(m_driver->write(&port, CommunicatorCommand(text("NA10.1"), Bit, 1), bytes("01")));
+    EXPECT_EQ(attempts, 2);
+    deleteDriver(); // before its port
+}
+
+TEST_F(DriverWrite, TheSpecialTagsAreAcceptedWhileInError) {
+    project("NA10");
+    read("INITDRV0", Word, 1); // makes the thread
+    for (const char* tag : {"INITDRV0", "WRITE_QUE_SIZE0", "LOWLATENCY"}) {
+        m_driver->setCommError(text("own"));
+        m_probe->thread()->setCommError(text("line"));
+        EXPECT_TRUE(write(tag, Word, 1, bytes("0100"))) << tag;
+        EXPECT_EQ(m_driver->hasError(), true) << tag;
+    }
 }
 
 TEST_F(DriverWrite, ABitWriteIsNotRetriedOnALineThatIsInErrorByThen) {

@@ -86,10 +86,35 @@ TEST_F(DriverDatabaseDeath, ALowLatencyStationWithoutItsDashEndsTheProgram) {
     EXPECT_DEATH(load(), "\"id_str_len >= 1\"");
 }
 
-TEST_F(DriverDatabase, AMissingFileIsReported) {
-    EXPECT_FALSE(load());
-    EXPECT_TRUE(m_driver.hasError());
-    EXPECT_EQ(m_driver.getLastError(), text("can not open database"));
+TEST_F(DriverDatabaseDeath, LowLatencyInSmallLettersEndsTheProgram) {
+    create("lowlatency");
+    EXPECT_DEATH(load(), "ASSERT: \"0\"");
+}
+
+TEST_F(DriverDatabase, LowLatencyCountsAnywhereInTheText) {
+    create("NA10-LOWLATENCY 4-NA10.LOWLATENCY1");
+    ASSERT_TRUE(load());
+    EXPECT_EQ(m_probe.lowLatencyStations(), std::set<quint8>({4, 5}));
+    EXPECT_TRUE(m_probe.validAddresses().empty());
+}
+
+TEST_F(DriverDatabase, AMissingFileIsReportedAtEveryAccessUntilItIsThere) {
+    for (int attempt = 0; attempt < 2; ++attempt) { // the folder is missing, too
+        m_driver.clearError();
+        EXPECT_FALSE(load());
+        EXPECT_TRUE(m_driver.hasError());
+        EXPECT_EQ(m_driver.getLastError(), text("can not open database"));
+    }
+    create("NA1");
+    EXPECT_TRUE(load());
+    EXPECT_EQ(m_probe.validAddresses().at(5), AddressVector({1}));
+}
+
+TEST_F(DriverDatabase, IsClosedOnceItIsLoaded) {
+    create("NA1");
+    ASSERT_TRUE(load());
+    ASSERT_TRUE(QSqlDatabase::contains(m_probe.connectionName()));
+    EXPECT_FALSE(QSqlDatabase::database(m_probe.connectionName(), false).isOpen());
 }
 
 TEST_F(DriverDatabase, WithoutItsLinkEveryAccessFailsUntilTheDatabaseIsMended) {
