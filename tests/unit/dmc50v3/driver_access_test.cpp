@@ -276,6 +276,32 @@ TEST_F(DriverRead, ExactlyTwoHundredAndFiftySixDoubleWordsEndTheProgram) {
     EXPECT_DEATH(m_driver->readDWords(1, 0x10, 256), "\"rc > 0\"");
 }
 
+TEST_F(DriverRead, ANegativeCountAsksForNothingAndEndsTheProgram) {
+    project("NA10");
+    EXPECT_DEATH(read("NA10", Word, -100), "\"rc > 0\"");
+    EXPECT_DEATH(read("NA10.0", Bit, -100), "\"rc > 0\"");
+}
+
+TEST_F(DriverRead, ASilentControllerGivesNoBits) {
+    project("NA10");
+    staySilent();
+    EXPECT_TRUE(read("NA10.1", Bit, 1).isEmpty());
+}
+
+TEST_F(DriverRead, TheFirstAccessMakesTheThreadAndGivesItWhatWasKept) {
+    project("NA10 LOWLATENCY");
+    QList<CommunicatorCommand> session;
+    session.append(CommunicatorCommand(text("NA10"), DoubleWord, 1));
+    m_driver->setSessionCommand(session);
+    read("INITDRV0", Word, 1);
+    const PollingThread* const thread = m_probe->thread();
+    ASSERT_NE(thread, nullptr);
+    EXPECT_TRUE(m_probe->keptSession().isEmpty());
+    EXPECT_TRUE(m_probe->lowLatencyStations().empty());
+    read("INITDRV0", Word, 1);
+    EXPECT_EQ(m_probe->thread(), thread);
+}
+
 TEST_F(DriverRead, OneMoreLooksAtTheFirstAddressOnly) {
     project("NA10 NA11");
     m_controller.setValue(1, 0x10, 1);
@@ -438,6 +464,7 @@ TEST_F(DriverWrite, MalformedDataOrAnUnknownStationEndsTheProgram) {
     EXPECT_DEATH(m_probe->writeDWords(1, 0x10, bytes("010203")), text);
     EXPECT_DEATH(m_probe->writeDWords(9, 0x10, bytes("01020304")),
                  "\"it != m_valid_addresses_map.end\\(\\)\"");
+    EXPECT_DEATH(m_probe->writeDWords(1, 0x10, bytes("01020304")), "\"m_thread.get\\(\\)\"");
 }
 
 TEST_F(DriverWrite, LowLatencyStationsOfTheProjectAreSetUp) {

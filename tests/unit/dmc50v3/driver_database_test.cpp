@@ -164,6 +164,27 @@ TEST_F(DriverDatabase, IsReadOnceOnly) {
     EXPECT_TRUE(load());
 }
 
+TEST_F(DriverDatabase, LoadingAgainReplacesTheAddressesOnly) {
+    create("NA1 LOWLATENCY");
+    ASSERT_TRUE(m_driver.createDBConnection());
+    ASSERT_TRUE(m_driver.initValidAddressesMap(1, 5));
+    ASSERT_TRUE(m_driver.initValidAddressesMap(1, 6));
+    ASSERT_EQ(m_probe.validAddresses().size(), 1u);
+    EXPECT_EQ(m_probe.validAddresses().at(6), AddressVector({1}));
+    EXPECT_EQ(m_probe.lowLatencyStations(), std::set<quint8>({5, 6}));
+    EXPECT_EQ(m_probe.programAddresses(), QStringList() << text("NA1") << text("NA1"));
+}
+
+TEST_F(DriverDatabase, AFailedLoadLeavesTheAddressesAsTheyWere) {
+    create("NA1");
+    ASSERT_TRUE(m_driver.createDBConnection());
+    ASSERT_TRUE(m_driver.initValidAddressesMap(1, 5));
+    m_project.execute(text("DROP TABLE custom_tag_table"));
+    EXPECT_FALSE(m_driver.initValidAddressesMap(1, 6));
+    ASSERT_EQ(m_probe.validAddresses().size(), 1u);
+    EXPECT_EQ(m_probe.validAddresses().at(5), AddressVector({1}));
+}
+
 TEST_F(DriverDatabase, IsOpenedReadOnly) {
     create("NA1");
     ASSERT_TRUE(m_driver.createDBConnection());

@@ -73,8 +73,19 @@ TEST_F(Driver, IsFoundByItsNamesThroughQt) {
 }
 
 TEST_F(Driver, KeepsTheDebugMode) {
+    EXPECT_FALSE(m_probe.debugMode());
     m_driver.setDebugMode(true);
     EXPECT_TRUE(m_probe.debugMode());
+    m_driver.setDebugMode(false);
+    EXPECT_FALSE(m_probe.debugMode());
+}
+
+TEST_F(Driver, HasADatabaseConnectionOfItsOwn) {
+    DriverDMC50v3 other(m_clock);
+    bool is_number = false;
+    EXPECT_GE(m_probe.connectionName().toInt(&is_number), 0);
+    EXPECT_TRUE(is_number);
+    EXPECT_NE(m_probe.connectionName(), DriverProbe(other).connectionName());
 }
 
 TEST_F(Driver, ClearingTheErrorKeepsItsText) {
