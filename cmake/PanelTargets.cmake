@@ -133,6 +133,17 @@ set(PANEL_RUNTIME panel_services panel_base panel_interfaces)
 set(PANEL_DRIVER dmc50v3_transfer dmc50v3_core driver_polling driver_tools)
 set(PANEL_HOST panel_session panel_project panel_line panel_trace)
 
+# panel_discover_tests(PROGRAM SECONDS PLATFORM [ENVIRONMENT]): makes a program's GoogleTest
+# cases known to ctest one by one; each may take so many seconds on a
+# PC. PLATFORM is Qt's: offscreen or xcb.
+function(panel_discover_tests program seconds platform)
+  math(EXPR timeout "${seconds} * ${PANEL_TIMEOUT_FACTOR}")
+  math(EXPR listing_timeout "30 * ${PANEL_TIMEOUT_FACTOR}")
+  gtest_discover_tests(
+    ${program} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT ${listing_timeout} PROPERTIES
+    TIMEOUT ${timeout} ENVIRONMENT "QT_QPA_PLATFORM=${platform};${ARGN}")
+endfunction()
+
 # Lets ctest run a program's tests each on an X server of its own, whose screen
 # is that of a panel. Two that take the same display at once are no trouble:
 # xvfb-run then takes the next one. It is looked for where the tests run; without
@@ -165,7 +176,5 @@ function(panel_test name)
     panel_tests_on_x_server(${name})
     set(platform xcb)
   endif()
-  gtest_discover_tests(
-    ${name} DISCOVERY_MODE PRE_TEST PROPERTIES
-    TIMEOUT ${TEST_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=${platform};${TEST_ENVIRONMENT}")
+  panel_discover_tests(${name} ${TEST_TIMEOUT} ${platform} ${TEST_ENVIRONMENT})
 endfunction()
