@@ -3,6 +3,7 @@
 import collections
 import concurrent.futures
 import filecmp
+import functools
 import hashlib
 import json
 import os
@@ -25,10 +26,6 @@ ERROR = re.compile(r"^(?P<file>/[^:\n]+):(?P<line>\d+):(?P<column>\d+): (?:fatal
                    re.MULTILINE)
 
 
-def _say(text):
-    print(text, flush=True)
-
-
 def _digest(*parts):
     total = hashlib.sha256()
     for part in parts:
@@ -39,9 +36,11 @@ def _digest(*parts):
 
 def _found_in(source, arguments, root, folder):
     """Mutants of one source and of the headers below `folder` that it includes."""
+    inside = os.path.join(root, folder, "")
+
+    @functools.lru_cache(maxsize=None)
     def name_of(path):
         path = os.path.abspath(path)
-        inside = os.path.join(root, folder, "")
         return os.path.relpath(path, root) if path.startswith(inside) else None
 
     unit = cindex.Index.create().parse(
@@ -169,28 +168,32 @@ class Tree:
         """Writes the mutants into the copy and builds it, until all that is left
         compiles."""
         numbers = schemata.numbered(found, self.mutated_files())
-        refused = self._known_refusals(numbers)
+        kept = self.build / "refused.json"
+        known = set(json.loads(kept.read_text())) if kept.exists() else set()
+        refused = {(n, site) for n, m in numbers.items() for site in m.sites
+                   if self._key(m, site) in known}
         for _ in range(20):
-            written = {n: m for n, m in numbers.items() if n not in refused}
-            schemas = self._write(written)
+            schemas = self._write(numbers, refused)
             done = subprocess.run(["ninja", "-C", self.out, "-k", "0", *targets],
                                   capture_output=True, text=True)
             if done.returncode == 0:
-                self.mutants = written
-                self._keep_refusals(numbers, refused)
-                return
+                break
             blamed = self._blamed(done.stdout, schemas)
-            if not blamed - refused:
+            if not blamed:
                 sys.exit(done.stdout[-8000:])
             refused |= blamed
-            _say(f"{len(blamed)} mutants do not compile, {len(refused)} in all")
-        sys.exit("mutate: the mutants do not compile")
+        else:
+            sys.exit("mutate: the mutants do not compile")
+        self.mutants = {n: m for n, m in numbers.items()
+                        if any((n, site) not in refused for site in m.sites)}
+        kept.write_text(json.dumps(sorted(self._key(numbers[n], site) for n, site in refused)))
 
-    def _write(self, numbers):
+    def _write(self, numbers, refused):
         sites = collections.defaultdict(list)
         for number, mutant in numbers.items():
             for site in mutant.sites:
-                sites[site.file].append((number, site))
+                if (number, site) not in refused:
+                    sites[site.file].append((number, site))
         schemas = {}
         for file in self.mutated_files():
             schema = schemata.Schema((self.root / file).read_bytes(), sites[file],
@@ -202,23 +205,14 @@ class Tree:
         return schemas
 
     def _blamed(self, output, schemas):
+        """The sites that the compiler's errors point to."""
         blamed = set()
         for error in ERROR.finditer(output):
             schema = schemas.get(os.path.normpath(error["file"]))
             if schema:
-                blamed |= schema.mutants_at(int(error["line"]), int(error["column"]))
+                blamed |= schema.sites_at(int(error["line"]), int(error["column"]))
         return blamed
 
-    # Mutants are remembered as refused by what they say, for the next run.
-
-    def _known_refusals(self, numbers):
-        kept = self.build / "refused.json"
-        known = set(json.loads(kept.read_text())) if kept.exists() else set()
-        return {n for n, m in numbers.items() if self._key(m) in known}
-
-    def _keep_refusals(self, numbers, refused):
-        keys = sorted(self._key(numbers[n]) for n in refused)
-        (self.build / "refused.json").write_text(json.dumps(keys))
-
-    def _key(self, mutant):
-        return _digest((self.root / mutant.file).read_bytes(), *mutant[:6])
+    def _key(self, mutant, site):
+        """What a refused site is remembered by, for the next run."""
+        return _digest((self.root / site.file).read_bytes(), *mutant[:6], *site)

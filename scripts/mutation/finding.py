@@ -11,9 +11,10 @@ from clang import cindex
 Kind = cindex.CursorKind
 
 # Where a mutant takes effect. As an EXPRESSION `mutated` stands in for the text
-# from start to end; as a STATEMENT it runs instead of the statement.
+# from start to end, as a CONDITION for its truth (the text may be a pointer);
+# as a STATEMENT it runs instead of the statement.
 Site = collections.namedtuple("Site", "file start end form mutated")
-EXPRESSION, STATEMENT = "expression", "statement"
+STATEMENT, CONDITION, EXPRESSION = range(3)  # outer ones of a place first
 
 # What the author sees: `original` at file:line becomes `mutated`.
 Mutant = collections.namedtuple("Mutant", "file line column kind original mutated sites")
@@ -32,8 +33,8 @@ COMPOUND = {f"{old}=": tuple(f"{new}=" for new in news) for old, news in ARITHME
 # Calls that nobody can observe.
 UNOBSERVABLE = {"reserve", "squeeze"}
 LOCKS = {"QMutexLocker"}
-# Macros that are statements.
-CHECKS = ("FATAL_CHECK(",)
+CHECKS = ("FATAL_CHECK(",)  # macros that are statements
+LOGS = ("qDebug(",)
 INTEGERS = {
     cindex.TypeKind.BOOL: False, cindex.TypeKind.ENUM: True, cindex.TypeKind.CHAR_S: True,
     cindex.TypeKind.UCHAR: True, cindex.TypeKind.SCHAR: True, cindex.TypeKind.SHORT: True,
@@ -192,12 +193,15 @@ class Finder:
         children = list(cursor.get_children())
         if cursor.kind == Kind.CASE_STMT:
             return children[1:]
-        if cursor.kind in (Kind.ENUM_DECL, Kind.STATIC_ASSERT):
+        if cursor.kind in (Kind.ENUM_DECL, Kind.STATIC_ASSERT, Kind.DECL_REF_EXPR):
             return []
         if cursor.kind in (Kind.VAR_DECL, Kind.FIELD_DECL):
             if is_named_constant(cursor):
                 return []
-            if cursor.type.get_canonical().kind == cindex.TypeKind.CONSTANTARRAY:
+            kind = cursor.type.get_canonical().kind
+            if kind == cindex.TypeKind.RECORD:  # without arguments of its template
+                return [c for c in children if not _bare(c).kind.name.endswith("_LITERAL")]
+            if kind == cindex.TypeKind.CONSTANTARRAY:
                 return [c for c in children if _bare(c).kind in (Kind.INIT_LIST_EXPR, Kind.CALL_EXPR)]
         return children
 
@@ -233,7 +237,7 @@ class Finder:
             return
         if bare.kind == Kind.CALL_EXPR and bare.spelling.removeprefix("operator") in COMPARISONS:
             return
-        self._add("negation", place, f"!({self._source(place)})")
+        self._add("negation", place, f"!({self._source(place)})", CONDITION)
 
     def _unary(self, cursor, _):
         place = self._place(cursor)
@@ -243,8 +247,8 @@ class Finder:
             return
         text = self._source(place)
         if text[0] == "!":
-            self._add("negation", place, self._source(inside))
-        elif text[0] in "-~" and operand.kind != Kind.INTEGER_LITERAL:
+            self._add("negation", place, self._source(inside), CONDITION)
+        elif text[0] in "-~" and text[1] != "-" and operand.kind != Kind.INTEGER_LITERAL:
             self._add("arithmetic", place, self._source(inside))
 
     def _call(self, cursor, _):
@@ -294,7 +298,9 @@ class Finder:
             self._return(bare, place, returns)
         elif bare.kind == Kind.CONTINUE_STMT:
             self._add("removed jump", place, "", STATEMENT)
-        elif bare.kind == Kind.CALL_EXPR and bare.spelling not in UNOBSERVABLE:
+        elif bare.spelling in UNOBSERVABLE or self._source(place).startswith(LOGS):
+            pass
+        elif bare.kind == Kind.CALL_EXPR:
             assigns = bare.spelling == "operator="
             self._add("removed assignment" if assigns else "removed call", place, "", STATEMENT)
         elif bare.kind in (Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR,

@@ -1,14 +1,15 @@
 """Writes C++ files that carry all their mutants at once. A switch that is read
 at run time chooses, so one compilation serves every mutant:
 
-    a < b      becomes  (mutant(7) ? (a <= b) : (a < b))
-    call();    becomes  if (mutant(8)) {} else call();
+    a < b        becomes  (mutant(7) ? (a <= b) : (a < b))
+    if (pointer) becomes  if ((mutant(9) ? (!(pointer)) : bool(pointer)))
+    call();      becomes  if (mutant(8)) {} else call();
 """
 
 import bisect
 import collections
 
-from mutation.finding import STATEMENT
+from mutation.finding import CONDITION, STATEMENT
 
 # Numbers of one file: a file that gets another mutant renumbers no other file.
 NUMBERS_OF_A_FILE = 4096
@@ -25,16 +26,16 @@ def numbered(mutants, files):
 
 
 class Schema:
-    """One file's new text, and the mutants that wrote each piece of it."""
+    """One file's new text, and the sites that wrote each piece of it. A site goes
+    with its mutant's number, as a pair."""
 
     def __init__(self, text, sites, first=""):
-        """`sites`: pairs of a mutant's number and a site in this file; `first`: lines
-        to begin with if there are any."""
+        """`first`: lines to begin with if there are any sites."""
         self._text = text
-        self._pieces = [(first.encode() if sites else b"", ())]  # and the mutants around
+        self._pieces = [(first.encode() if sites else b"", ())]  # with the sites around
         places = collections.defaultdict(list)
         for number, site in sites:
-            places[(site.start, -site.end, site.form != STATEMENT)].append((number, site))
+            places[(site.start, -site.end, site.form)].append((number, site))
         # Outer places come before what they contain.
         self._places = [(start, -end, places[(start, end, form)])
                         for start, end, form in sorted(places)]
@@ -46,18 +47,18 @@ class Schema:
     def text(self):
         return b"".join(piece for piece, _ in self._pieces)
 
-    def mutants_at(self, line, column):
-        """Numbers of the mutants that wrote the text there, innermost first; those
-        of the line if it is the author's own."""
+    def sites_at(self, line, column):
+        """Those that wrote the text there, or those of the line if the text is the
+        author's own."""
         lines = self.text().split(b"\n")
         start = sum(len(text) + 1 for text in lines[:line - 1])
         piece = bisect.bisect_right(self._starts, start + column - 1) - 1
-        numbers = self._pieces[min(piece, len(self._pieces) - 1)][1]
-        if numbers:
-            return set(numbers)
+        sites = self._pieces[min(piece, len(self._pieces) - 1)][1]
+        if sites:
+            return set(sites)
         end = start + len(lines[line - 1])
-        return {number for at, (_, around) in zip(self._starts, self._pieces)
-                if start <= at <= end for number in around}
+        return {site for at, (_, around) in zip(self._starts, self._pieces)
+                if start <= at <= end for site in around}
 
     def _write(self, start, end, first, last, around):
         """The text from start to end with the places from first to last."""
@@ -73,16 +74,16 @@ class Schema:
         self._pieces.append((self._text[position:end], around))
 
     def _write_place(self, start, end, sites, first, last):
-        statement = sites[0][1].form == STATEMENT
+        form = sites[0][1].form
         for number, site in sites:
             switch = f"mutant({number})"
-            written = (f"if ({switch}) {{ {site.mutated} }} else " if statement
+            written = (f"if ({switch}) {{ {site.mutated} }} else " if form == STATEMENT
                        else f"({switch} ? ({site.mutated}) : ")
-            self._pieces.append((written.encode(), (number,)))
-        around = tuple(number for number, _ in sites)
-        if statement:
+            self._pieces.append((written.encode(), ((number, site),)))
+        if form == STATEMENT:
             self._write(start, end, first, last, ())
-        else:
-            self._pieces.append((b"(", around))
-            self._write(start, end, first, last, around)
-            self._pieces.append((b")" * (len(sites) + 1), around))
+            return
+        around = tuple(sites)
+        self._pieces.append((b"bool(" if form == CONDITION else b"(", around))
+        self._write(start, end, first, last, around)
+        self._pieces.append((b")" * (len(sites) + 1), around))
