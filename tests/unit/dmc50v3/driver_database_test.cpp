@@ -115,6 +115,7 @@ TEST_F(DriverDatabase, IsClosedOnceItIsLoaded) {
     ASSERT_TRUE(load());
     ASSERT_TRUE(QSqlDatabase::contains(m_probe.connectionName()));
     EXPECT_FALSE(QSqlDatabase::database(m_probe.connectionName(), false).isOpen());
+    EXPECT_FALSE(m_probe.isDatabaseOpened());
 }
 
 TEST_F(DriverDatabase, WithoutItsLinkEveryAccessFailsUntilTheDatabaseIsMended) {

@@ -20,6 +20,7 @@ public:
     CSVImExporter* exporter() const { return m_driver.m_csv_im_exporter; }
     void setExporter(CSVImExporter* exporter) { m_driver.m_csv_im_exporter = exporter; }
     bool isProgramReading() const { return m_driver.m_program_reading; }
+    bool isDatabaseOpened() const { return m_driver.m_db_opened; }
     bool debugMode() const { return m_driver.m_debug_mode; }
     PollingThread* thread() { return m_driver.m_thread.get(); }
     void createThread(AbstractDeviceInterface* port) { m_driver.createThread(port); }
