@@ -255,6 +255,13 @@ TEST_F(LowLatencyCareDeath, CareWithoutTheSetUpPairsEndsTheProgram) {
     EXPECT_DEATH(m_care.checkLowLatency(), text);
 }
 
+TEST_F(LowLatencyCareDeath, StationsThatComeAfterAStartWithoutAnyEndTheProgram) {
+    startWith({});
+    m_care.setLowLatency({1});
+    cycleAt(539999);
+    EXPECT_DEATH(cycleAt(540000), "\"m_low_latency_addr_args.size\\(\\) > 0\"");
+}
+
 TEST_F(LowLatencyCareTest, AnEmptySetPassesTheCheck) {
     m_care.initLowLatencyAddrArgs();
     EXPECT_TRUE(m_care.checkLowLatency());

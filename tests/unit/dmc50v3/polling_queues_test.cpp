@@ -88,6 +88,15 @@ TEST_F(PollingReads, AReadOfAnAddressInTheCacheSendsNoFrame) {
     EXPECT_EQ(data, QByteArray("\x08\0\0\0", 4));
 }
 
+TEST_F(PollingReads, AValuePutIntoTheReadOnceMapIsTakenByItsReader) {
+    start();
+    m_thread->insertDWordToReadOnceDataMap(1, 0x1000, 9);
+    QByteArray data(4, '\0');
+    EXPECT_TRUE(m_thread->readOnceData(1, data, {0x1000}, {0}));
+    EXPECT_EQ(data, QByteArray("\x09\0\0\0", 4));
+    EXPECT_FALSE(m_thread->addrInReadOnceDataMap(1, 0x1000));
+}
+
 TEST_F(PollingReads, ARunThatFailsAfterItsRetriesIsGivenUp) {
     m_port.m_retries = 1;
     start();

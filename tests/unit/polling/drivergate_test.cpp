@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <thread>
@@ -38,10 +39,14 @@ TEST(DriverGate, WaitsForARunningCallToReturn) {
     });
     inside.get_future().wait();
     gate.close();
+    std::promise<void> leaving;
     std::thread leaver([&] {
+        leaving.set_value();
         gate.waitUntilEmpty();
         EXPECT_TRUE(returned);
     });
+    leaving.get_future().wait();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // who does not wait is through
     let_go.set_value();
     leaver.join();
     caller.join();

@@ -97,6 +97,16 @@ TEST(DWordMap, StoresValuesUnderTheirAddresses) {
     EXPECT_FALSE(map.contains(1, 0x10));
 }
 
+TEST(DWordMap, StoresAsManyAsCountedAndNoNeighbour) {
+    DWordMap map;
+    const quint32 numbers[] = {1, 2, 3, 4};
+    map.store(1, numbers + 1, numbers + 1, 2);
+    EXPECT_FALSE(map.contains(1, 1));
+    EXPECT_TRUE(map.contains(1, 2));
+    EXPECT_TRUE(map.contains(1, 3));
+    EXPECT_FALSE(map.contains(1, 4));
+}
+
 TEST(WriteQueue, BatchesOneStationAtATimeInStationOrder) {
     const CommError error;
     WriteQueue queue(error);

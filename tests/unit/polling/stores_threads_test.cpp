@@ -127,6 +127,16 @@ TEST(StoresThreads, TwoThreadsQueueWrites) {
     EXPECT_EQ(queue.size(1), 2 * Rounds);
 }
 
+TEST(StoresThreads, PairsThatAreQueuedTogetherAreCountedTogether) {
+    const CommError error;
+    WriteQueue queue(error);
+    const AddrArg pairs[] = {{1, 1}, {2, 2}};
+    int odd = 0;
+    together(
+        Rounds, [&](int) { queue.push(1, pairs, 2); }, [&](int) { odd += queue.size(1) % 2; });
+    EXPECT_EQ(odd, 0);
+}
+
 TEST(StoresThreads, TwoThreadsQueueReads) {
     ReadQueue queue;
     together(
@@ -163,9 +173,9 @@ TEST(StoresThreads, AnErrorTextIsOneThatWasSet) {
 TEST(StoresThreads, ASessionIsTakenOverAsAWhole) {
     SessionAddresses session;
     SessionAddresses::Stations low, high;
-    for (quint32 address = 0; address < 20; ++address) {
+    for (quint32 address = 0; address < 100; ++address) {
         low[1].insert(address);
-        high[1].insert(100 + address);
+        high[1].insert(1000 + address);
     }
     int wrong = 0;
     together(
@@ -178,7 +188,7 @@ TEST(StoresThreads, ASessionIsTakenOverAsAWhole) {
             AddressVectorMap cache;
             session.mergeInto(cache);
             if (!cache.empty())
-                wrong += cache[1].size() != 20 || cache[1].back() != cache[1].front() + 19;
+                wrong += cache[1].size() != 100 || cache[1].back() != cache[1].front() + 99;
         });
     EXPECT_EQ(wrong, 0);
 }
