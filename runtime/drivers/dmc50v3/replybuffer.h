@@ -11,7 +11,7 @@ class AbstractDeviceInterface;
 /** Receives one reply at a time. One thread. */
 class ReplyBuffer {
 public:
-    ReplyBuffer() { resetRspBuf(); }
+    ReplyBuffer() : m_rsp_buf(), m_rsp_len(0) {}
 
     /** Forgets the last reply, so that a shorter one shows nothing of it. */
     void resetRspBuf();
