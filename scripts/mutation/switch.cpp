@@ -1,5 +1,5 @@
 // Which mutant a test process is, and which ones it came by.
-#include "switch.h"
+#include "scripts/mutation/switch.h"
 
 #include <cstdlib>
 #include <fcntl.h>

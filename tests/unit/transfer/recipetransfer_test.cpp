@@ -18,9 +18,8 @@ protected:
     }
 
     static TagDefinition temperatureOf(int station) {
-        QString problem;
         TagDefinition tag;
-        tag.address = *parseProjectAddress(QStringLiteral("NA10"), problem);
+        tag.address = *parseProjectAddress(QStringLiteral("NA10"));
         tag.type = *tagTypeByName(QStringLiteral("dword"));
         tag.station = station;
         return tag;
