@@ -4,7 +4,9 @@ import collections
 import sys
 import tomllib
 
-Equivalent = collections.namedtuple("Equivalent", "file line original mutated reason")
+# `occurrence`: among the equal mutants of equal lines of the file, from 1 on.
+Equivalent = collections.namedtuple(
+    "Equivalent", "file line original mutated reason occurrence", defaults=(1,))
 
 
 def load(path):
@@ -13,7 +15,7 @@ def load(path):
     entries = tomllib.loads(path.read_text()).get("equivalent", [])
     wanted = set(Equivalent._fields)
     for entry in entries:
-        if set(entry) != wanted or not entry["reason"].strip():
+        if set(entry) | {"occurrence"} != wanted or not entry["reason"].strip():
             sys.exit(f"{path}: an entry has {sorted(entry)}, and not {sorted(wanted)}")
     return [Equivalent(**entry) for entry in entries]
 
@@ -22,20 +24,28 @@ class Equivalents:
     """Finds the entry of a mutant by the text of its line: numbers of lines move."""
 
     def __init__(self, root, entries, mutants):
-        """`mutants`: all that there are, also of files that are not tried now."""
+        """`mutants`: all that there are, in their order, also of files that are not
+        tried now."""
         self._root = root
         self._lines = {}
-        self._entries = {entry[:4]: entry for entry in entries}
-        there = {self._key(mutant) for mutant in mutants} if entries else set()
-        self._without_mutant = [e for key, e in self._entries.items() if key not in there]
+        wanted = {(*entry[:4], entry.occurrence): entry for entry in entries}
+        seen = collections.Counter()
+        self._entries = {}  # mutant's place and change -> entry
+        for mutant in mutants if entries else ():
+            key = (mutant.file, self._line(mutant), mutant.original, mutant.mutated)
+            seen[key] += 1
+            entry = wanted.pop((*key, seen[key]), None)
+            if entry:
+                self._entries[mutant[:6]] = entry
+        self._without_mutant = list(wanted.values())
 
     def entry_of(self, mutant):
-        return self._entries.get(self._key(mutant))
+        return self._entries.get(mutant[:6])
 
     def without_mutant(self):
         return self._without_mutant
 
-    def _key(self, mutant):
+    def _line(self, mutant):
         lines = self._lines.setdefault(
             mutant.file, (self._root / mutant.file).read_text().splitlines())
-        return mutant.file, lines[mutant.line - 1].strip(), mutant.original, mutant.mutated
+        return lines[mutant.line - 1].strip()

@@ -322,9 +322,8 @@ class Finder:
         """A value that `return {}` gives as well, or that has mutants of its own."""
         if value.kind in (Kind.INTEGER_LITERAL, Kind.CXX_NULL_PTR_LITERAL_EXPR):
             return True
-        constructs = value.kind == Kind.CALL_EXPR and (
-            value.referenced is not None and value.referenced.kind == Kind.CONSTRUCTOR)
-        return constructs and not list(value.get_arguments())
+        place = self._place(value)
+        return place is not None and self._source(place) == f"{value.type.spelling}()"
 
     def _integer(self, cursor, _):
         place = self._place(cursor)

@@ -74,6 +74,17 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"3NA10", false, NA, false, 0, 0, false, 0}, Row{"3-", false, NA, false, 0, 0, false, 0},
         Row{"LOWLATENCY", false, NA, false, 0, 0, false, 0}));
 
+TEST(AddressSyntax, LeavesNothingOfTheAddressThatWasParsedBefore) {
+    TagAddress tag;
+    ASSERT_TRUE(TagAddress::parse(QString::fromLatin1("3-NA10.7"), tag));
+    ASSERT_TRUE(TagAddress::parse(QString::fromLatin1("PA0011000"), tag));
+    EXPECT_EQ(tag.form, TagAddress::PA);
+    EXPECT_FALSE(tag.has_station);
+    EXPECT_EQ(int(tag.station), 0);
+    EXPECT_FALSE(tag.has_bit);
+    EXPECT_EQ(tag.bit, 0U);
+}
+
 TEST(AddressSyntax, AgreesWithRegularExpressionsOnRandomTexts) {
     const QString letters = QString::fromUtf8("0123456789abfABFgPpNnAaAaPN--..x٣ ");
     std::mt19937 random(1);

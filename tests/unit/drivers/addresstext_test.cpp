@@ -26,6 +26,8 @@ TEST(ExtractPLCDeviceAddress, SkipsThePrefixInEveryBase) {
     EXPECT_EQ(ExtractPLCDeviceAddress(text("X1F"), 16), 31);
     EXPECT_EQ(ExtractPLCDeviceAddress(text("Xaf"), 16), 0xAF);
     EXPECT_EQ(ExtractPLCDeviceAddress(text("Y9017"), 8), 017);
+    EXPECT_EQ(ExtractPLCDeviceAddress(text("Y8017"), 8), 017);
+    EXPECT_EQ(ExtractPLCDeviceAddress(text("Xa100"), 10), 100);
 }
 
 TEST(ExtractPLCDeviceAddress, ReadsAPrefixThatIsAHexadecimalDigitAsPartOfTheNumber) {
@@ -82,6 +84,7 @@ TEST(HexToUInt, IsZeroWhenAnyCharacterIsNoHexadecimalDigit) {
     EXPECT_EQ(HexToUInt("0x1g", 4), 0U);
     EXPECT_EQ(HexToUInt("x12", 3), 0U);
     EXPECT_EQ(HexToUInt("00x1", 4), 0U);
+    EXPECT_EQ(HexToUInt("1x5", 3), 0U);
     EXPECT_EQ(HexToUInt(" 1", 2), 0U);
     EXPECT_EQ(HexToUInt("-1", 2), 0U);
     for (int c = 1; c < 256; ++c) {
@@ -102,6 +105,9 @@ TEST(DevStrToHmiPort, CountsSerialPortsFrom1000) {
     EXPECT_EQ(DevStrToHmiPort(text("COM2")), 1001);
     EXPECT_EQ(DevStrToHmiPort(text("/dev/ttyUSB10")), 1009);
     EXPECT_EQ(DevStrToHmiPort(text("COM0")), 999);
+    EXPECT_EQ(DevStrToHmiPort(text("COM9")), 1008);
+    EXPECT_EQ(DevStrToHmiPort(text("P1")), 1000);
+    EXPECT_EQ(DevStrToHmiPort(text("COM:1")), 1000); // the colon is no digit
 }
 
 TEST(DevStrToHmiPort, IsTheSameForEveryEthernetDevice) {

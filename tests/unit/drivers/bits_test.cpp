@@ -21,6 +21,8 @@ TEST(WordBits, AreSetClearedAndTestedInEveryWidth) {
     EXPECT_TRUE(getBit(static_cast<unsigned char>(0x80), 7));
     EXPECT_TRUE(getBit(0x80000000U, 31));
     EXPECT_FALSE(getBit(0x7FFFFFFFU, 31));
+    EXPECT_TRUE(getBit(static_cast<unsigned short>(0x0001), 0));
+    EXPECT_FALSE(getBit(static_cast<unsigned short>(0x7FFF), 15));
 }
 
 TEST(WordBits, BitsFrom32UpChangeNothingAndTestFalse) {
@@ -51,6 +53,8 @@ TEST(ArrayBits, AreNumberedFromTheLeastSignificantBitOfTheFirstByte) {
 TEST(ArrayBits, BeyondTheEndAreFalse) {
     EXPECT_FALSE(getBit(bytes("FF"), 8));
     EXPECT_FALSE(getBit(QByteArray(), 0));
+    const QByteArray first = QByteArray::fromRawData("\xFF\xFF", 1);
+    EXPECT_FALSE(getBit(first, 8)); // also where the memory behind it has more
 }
 
 TEST(ArrayBits, SettingGrowsTheArrayWithZeroBytes) {
@@ -59,6 +63,12 @@ TEST(ArrayBits, SettingGrowsTheArrayWithZeroBytes) {
     EXPECT_EQ(array, bytes("FF000002"));
     setBit(array, 32, false);
     EXPECT_EQ(array, bytes("FF00000200"));
+}
+
+TEST(ArrayBits, SettingTheLastBitOfAByteDoesNotGrowTheArray) {
+    QByteArray array = bytes("00");
+    setBit(array, 7, true);
+    EXPECT_EQ(array, bytes("80"));
 }
 
 TEST(ArrayBits, SettingLeavesCopiesOfTheArrayAlone) {
@@ -87,6 +97,10 @@ TEST(CopyBits, PutsTheSourceBitsAtTheOffsetAndLeavesTheOthers) {
     CopyBits(buffer, source, 6, 4);
     EXPECT_EQ(buffer[0], 0x7F);
     EXPECT_EQ(buffer[1], 0xFD);
+
+    const uchar even[] = {0x0A};
+    CopyBits(buffer, even, 0, 4);
+    EXPECT_EQ(buffer[0], 0x7A);
 }
 
 TEST(CopyBits, MissingSourceBitsCountAsZeroAndTheTargetGrows) {
@@ -158,6 +172,10 @@ TEST(ClearUnnecessaryBits, ClearsTheBitsAboveTheCountInItsByteOnly) {
     QByteArray array = bytes("FFFFFF");
     clearUnnecessaryBits(array, 11);
     EXPECT_EQ(array, bytes("FF07FF"));
+    clearUnnecessaryBits(array, 14);
+    EXPECT_EQ(array, bytes("FF07FF"));
+    clearUnnecessaryBits(array, 22);
+    EXPECT_EQ(array, bytes("FF073F"));
 }
 
 TEST(ClearUnnecessaryBits, LeavesWholeBytesAndShorterArraysAlone) {

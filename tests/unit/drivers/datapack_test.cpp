@@ -326,3 +326,7 @@ TEST(PackFormat, EndsAtTheLargestSizeOfAnInt) {
     EXPECT_FALSE(one_more.next());
     EXPECT_EQ(one_more.error(), PackFormat::BadLetter);
 }
+
+TEST(ByteArrayPack, LeavesZeroWhereAByteIsSkipped) {
+    EXPECT_EQ(ByteArrayPack("CXC", 1U, 2U), bytes("010002"));
+}
