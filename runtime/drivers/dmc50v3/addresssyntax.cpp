@@ -42,8 +42,6 @@ public:
         return m_position - start;
     }
 
-    int position() const { return m_position; }
-    void rewind(int position) { m_position = position; }
     int left() const { return m_text.size() - m_position; }
 
 private:
