@@ -4,7 +4,7 @@
 
 /** Defined in a shared library, so that a program and the plug-in that it loads
  *  see the same. @{ */
-extern "C" int activeMutant;             // from MUTANT, or -1
+extern "C" int activeMutant;              // from MUTANT, or -1
 extern "C" unsigned char* reachedMutants; // one byte per number
 /** @} */
 
