@@ -1,6 +1,7 @@
-// Included before everything else in a build that carries all mutants at once.
 #ifndef SCRIPTS_MUTATION_SWITCH_H
 #define SCRIPTS_MUTATION_SWITCH_H
+
+// Included by every file that carries mutants, before its own lines.
 
 /** Defined in a shared library, so that a program and the plug-in that it loads
  *  see the same. @{ */
