@@ -102,8 +102,8 @@ class Tree:
         sources = [HERE / "switch.cpp", HERE / "switch.h"]
         if not library.exists() or any(
                 s.stat().st_mtime > library.stat().st_mtime for s in sources):
-            subprocess.run(["g++", "-shared", "-fPIC", "-O2", "-I", HERE.parent.parent, "-o", library,
-                            sources[0]], check=True)
+            subprocess.run(["g++", "-shared", "-fPIC", "-O2", "-I", HERE.parent.parent,
+                            "-o", library, sources[0]], check=True)
         self._run([
             "cmake", "-S", self.copy, "-B", self.out, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
             f"-DCMAKE_CXX_FLAGS={FLAGS}", "-DCMAKE_CXX_FLAGS_DEBUG=",
