@@ -11,13 +11,15 @@ namespace host {
 Result<std::unique_ptr<DriverPlugin>> DriverPlugin::load(const QString& path) {
     if (!QFile::exists(path))
         return Failure(QString::fromLatin1("%1: no such file").arg(path));
-    std::unique_ptr<DriverPlugin> plugin(new DriverPlugin(path));
+    // Qt's loader looks for a relative path in Qt's own folders.
+    std::unique_ptr<DriverPlugin> plugin(new DriverPlugin(QFileInfo(path).absoluteFilePath()));
     if (!plugin->m_loader.load())
         return Failure(QString::fromLatin1("%1: %2").arg(path, plugin->m_loader.errorString()));
     if (!qobject_cast<DriverInterface*>(plugin->m_loader.instance()))
         return Failure(QString::fromLatin1("%1: its root object is not a driver (%2)")
                            .arg(path, QLatin1String(qobject_interface_iid<DriverInterface*>())));
-    plugin->m_create = reinterpret_cast<CreateFunction>(QLibrary::resolve(path, "CreateDriver"));
+    plugin->m_create =
+        reinterpret_cast<CreateFunction>(QLibrary::resolve(plugin->path(), "CreateDriver"));
     if (!plugin->m_create)
         return Failure(QString::fromLatin1("%1: it has no CreateDriver").arg(path));
     return plugin;

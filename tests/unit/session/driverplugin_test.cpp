@@ -2,6 +2,7 @@
 
 #include "tests/support/errorof.h"
 
+#include <QDir>
 #include <QLibraryInfo>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -34,9 +35,11 @@ TEST(DriverPluginLoading, SaysWhenTheFileIsNoPlugin) {
 TEST(DriverPluginLoading, SaysWhenThePluginIsNoDriver) {
     const QString other = QLibraryInfo::location(QLibraryInfo::PluginsPath) +
                           QStringLiteral("/sqldrivers/libqsqlite.so");
-    EXPECT_EQ(loadProblem(other),
-              other + QStringLiteral(": its root object is not a driver "
-                                     "(com.halvoric.drivers.DriverInterface/1.1)"));
+    const QString problem = QStringLiteral(": its root object is not a driver "
+                                           "(com.halvoric.drivers.DriverInterface/1.1)");
+    EXPECT_EQ(loadProblem(other), other + problem);
+    const QString from_here = QDir::current().relativeFilePath(other);
+    EXPECT_EQ(loadProblem(from_here), from_here + problem);
 }
 
 TEST(DriverPluginSearch, LooksBesideTheProgramThenInTheBuildTreeThenInTheInstallation) {
