@@ -126,6 +126,19 @@ function(panel_room name)
   panel_precompiled(${name} room_headers_${ROOM_STANDARD})
 endfunction()
 
+# panel_driver(NAME LIBRARIES...): the plug-in of the calling folder, whose entry
+# points are in plugin/plugin.cpp. It shows what runtime/drivers/exports.map says;
+# the rest is hidden by the compiler, and by the linker what the C++ library's
+# templates would still export.
+function(panel_driver name)
+  set(exports ${PROJECT_SOURCE_DIR}/runtime/drivers/exports.map)
+  add_library(${name} MODULE plugin/plugin.cpp)
+  target_link_libraries(${name} PRIVATE ${ARGN} panel_options)
+  target_link_options(${name} PRIVATE -Wl,--version-script=${exports})
+  set_target_properties(${name} PROPERTIES CXX_STANDARD 11 CXX_VISIBILITY_PRESET hidden
+                                           VISIBILITY_INLINES_HIDDEN ON LINK_DEPENDS ${exports})
+endfunction()
+
 # What a program links that carries the driver, the panel's runtime libraries or
 # the host. Objects are not passed on by a room that uses another: a program
 # names all of them.
