@@ -23,18 +23,6 @@ namespace {
 const quint64 MiB = 1024 * 1024;
 const int Million = 1000 * 1000;
 
-/** Leaves this process @p bytes of address space beside what it uses. */
-void limitAddressSpace(quint64 bytes) {
-    QFile sizes(text("/proc/self/statm"));
-    if (!sizes.open(QIODevice::ReadOnly))
-        _exit(2);
-    const quint64 in_use =
-        sizes.readLine().split(' ').first().toULongLong() * quint64(sysconf(_SC_PAGESIZE));
-    const rlimit limit = {rlim_t(in_use + bytes), RLIM_INFINITY};
-    if (setrlimit(RLIMIT_AS, &limit) != 0)
-        _exit(3);
-}
-
 class CsvMemoryTest : public ::testing::Test {
 protected:
     CsvMemoryTest() : path(directory.filePath(text("t.txt"))) {
@@ -118,26 +106,6 @@ TEST(AvailableMemory, IsBoundByAPointerAloneWhereTheKernelSaysNothing) {
         machine.setInformation(missing);
     }
     EXPECT_EQ(availableMemory() == UnlimitedMemory, sizeof(void*) > 4);
-}
-
-TEST(AvailableMemory, IsTheRestOfALimitedAddressSpace) {
-    const auto left = [] {
-        MachineMemory machine;
-        limitAddressSpace(256 * MiB);
-        const quint64 available = availableMemory();
-        machine.setAvailable(MiB);
-        if (availableMemory() != MiB) // the lesser of the two
-            return 4;
-        limitAddressSpace(0);
-        const quint64 none = availableMemory();
-        const rlimit less = {rlim_t(MiB), RLIM_INFINITY};
-        setrlimit(RLIMIT_AS, &less);
-        return available > 250 * MiB && available <= 256 * MiB && none < MiB &&
-                       availableMemory() == 0
-                   ? 0
-                   : 5;
-    };
-    EXPECT_EXIT(_exit(left()), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(CsvMemoryCosts, AreThoseOfTheHeap) {
@@ -322,7 +290,23 @@ TEST_F(CsvMemoryTest, AnAllocationThatFailsEndsTheLoad) {
     EXPECT_EQ(loader.errors, QStringList());
 }
 
+// A sanitizer needs terabytes of address space for itself, and its heap takes more
+// than the estimate for the C library's.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
 namespace {
+
+/** Leaves this process @p bytes of address space beside what it uses. */
+void limitAddressSpace(quint64 bytes) {
+    QFile sizes(text("/proc/self/statm"));
+    if (!sizes.open(QIODevice::ReadOnly))
+        _exit(2);
+    const quint64 in_use =
+        sizes.readLine().split(' ').first().toULongLong() * quint64(sysconf(_SC_PAGESIZE));
+    const rlimit limit = {rlim_t(in_use + bytes), RLIM_INFINITY};
+    if (setrlimit(RLIMIT_AS, &limit) != 0)
+        _exit(3);
+}
 
 /** For a process of its own with little address space: 0 if opening @p path is
  *  refused as it should be. */
@@ -338,6 +322,26 @@ int openingWithLittleAddressSpace(const QString& path) {
 
 } // namespace
 
+TEST(AvailableMemory, IsTheRestOfALimitedAddressSpace) {
+    const auto left = [] {
+        MachineMemory machine;
+        limitAddressSpace(256 * MiB);
+        const quint64 available = availableMemory();
+        machine.setAvailable(MiB);
+        if (availableMemory() != MiB) // the lesser of the two
+            return 4;
+        limitAddressSpace(0);
+        const quint64 none = availableMemory();
+        const rlimit less = {rlim_t(MiB), RLIM_INFINITY};
+        setrlimit(RLIMIT_AS, &less);
+        return available > 250 * MiB && available <= 256 * MiB && none < MiB &&
+                       availableMemory() == 0
+                   ? 0
+                   : 5;
+    };
+    EXPECT_EXIT(_exit(left()), ::testing::ExitedWithCode(0), "");
+}
+
 TEST_F(CsvMemoryTest, AFileLargerThanTheAddressSpaceIsRefused) {
     machine.setAvailable(1024 * 1024 * MiB);
     writeZeros(100 * MiB); // 200 MiB of text
@@ -345,9 +349,6 @@ TEST_F(CsvMemoryTest, AFileLargerThanTheAddressSpaceIsRefused) {
     writeZeros(1024 * MiB);
     EXPECT_EXIT(_exit(openingWithLittleAddressSpace(path)), ::testing::ExitedWithCode(0), "");
 }
-
-// A sanitizer's heap takes more than the estimate for the C library's.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 TEST_F(CsvMemoryTest, ATableLargerThanTheAddressSpaceIsRefused) {
     machine.setAvailable(1024 * 1024 * MiB);
