@@ -21,7 +21,7 @@ struct Target {
 /** Why there is no Target. */
 struct TargetErrors {
     QStringList errors;
-    int exit_status; // that they lead to
+    int exit_status = 0; // that they lead to
 };
 
 using TargetReading = Result<Target, TargetErrors>;
