@@ -7,7 +7,6 @@ namespace simulator {
 
 namespace {
 
-constexpr char Stx = 0x02;
 constexpr char Etx = 0x03;
 constexpr int HeaderLength = 5;  // STX, station, sub-address
 constexpr int TrailerLength = 5; // ETX, checksum, CR LF

@@ -25,6 +25,9 @@ constexpr int MaxWritePairs = 25;
 /** Length of the longest request, RN and WN at their limits being 417. */
 constexpr int LongestRequest = 423;
 
+/** The character that begins a frame. */
+constexpr char Stx = 0x02;
+
 /** The end codes of the simulated controller. Those of a real one are unknown
  *  here; these three are the simulator's own. */
 enum EndCode : quint8 {

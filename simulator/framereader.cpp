@@ -8,7 +8,6 @@ namespace simulator {
 
 namespace {
 
-constexpr char Stx = 0x02;
 constexpr char Lf = 0x0A;
 
 // Twice the longest good request: refusing one that is too long takes its end.

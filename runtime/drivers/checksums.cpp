@@ -5,12 +5,12 @@
 
 namespace {
 
-const quint8* bytesOf(const void* data) {
+const quint8* beginOf(const void* data) {
     return static_cast<const quint8*>(data);
 }
 
 const quint8* endOf(const void* data, int length) {
-    return bytesOf(data) + qMax(0, length);
+    return beginOf(data) + qMax(0, length);
 }
 
 /** CRCs of the 256 single bytes for a reflected polynomial. */
@@ -52,19 +52,19 @@ Crc updateReflected(Crc crc, quint8 byte) {
 } // namespace
 
 quint8 UInt8CheckSum(const void* data, int length) {
-    return quint8(std::accumulate(bytesOf(data), endOf(data, length), quint32(0)));
+    return quint8(std::accumulate(beginOf(data), endOf(data, length), quint32(0)));
 }
 
 quint16 UShortCheckSum(const void* data, int length) {
-    return quint16(std::accumulate(bytesOf(data), endOf(data, length), quint32(0)));
+    return quint16(std::accumulate(beginOf(data), endOf(data, length), quint32(0)));
 }
 
 quint8 XorUInt8CheckSum(const void* data, int length) {
-    return std::accumulate(bytesOf(data), endOf(data, length), quint8(0), std::bit_xor<quint8>());
+    return std::accumulate(beginOf(data), endOf(data, length), quint8(0), std::bit_xor<quint8>());
 }
 
 quint16 CRC16Calculate(const void* data, int length) {
-    return std::accumulate(bytesOf(data), endOf(data, length), quint16(0), update_crc_16);
+    return std::accumulate(beginOf(data), endOf(data, length), quint16(0), update_crc_16);
 }
 
 quint16 update_crc_16(quint16 crc, quint8 byte) {

@@ -3,6 +3,9 @@
 
 #include "runtime/panel/csvlines.h"
 
+/** What encloses a field that holds a delimiter or the end of a line. */
+const QChar CsvQuote = QLatin1Char('"');
+
 /** Cuts a line at its delimiters, piece by piece, exactly as QString::split()
  *  with empty parts kept does: case-sensitively, at least one piece, and with
  *  an empty delimiter every character apart between two empty pieces. */

@@ -2,22 +2,20 @@
 
 namespace {
 
-const QChar Quote = QLatin1Char('"');
-
 // Of a quoted field: joined from its lines, with room that grows ahead to the
 // double, without its doubled quotes, and kept.
 const qint64 CopiesOfAField = 4;
 
 bool startsWithQuote(const TextSpan& text) {
-    return !text.isEmpty() && *text.begin == Quote;
+    return !text.isEmpty() && *text.begin == CsvQuote;
 }
 
 bool endsWithQuote(const TextSpan& text) {
-    return !text.isEmpty() && *(text.end - 1) == Quote;
+    return !text.isEmpty() && *(text.end - 1) == CsvQuote;
 }
 
 bool hasOddQuotes(const TextSpan& text) {
-    return std::count(text.begin, text.end, Quote) % 2 != 0;
+    return std::count(text.begin, text.end, CsvQuote) % 2 != 0;
 }
 
 /** What stands between a field's outer quotes, doubled quotes made single. In
@@ -26,10 +24,10 @@ QString unescaped(TextSpan inside) {
     QString text;
     text.reserve(inside.size());
     while (!inside.isEmpty()) {
-        const QChar* const hit = std::find(inside.begin, inside.end, Quote);
+        const QChar* const hit = std::find(inside.begin, inside.end, CsvQuote);
         const QChar* const kept_to = hit == inside.end ? hit : hit + 1;
         TextSpan(inside.begin, kept_to).appendTo(text);
-        const bool doubled = kept_to != inside.end && *kept_to == Quote;
+        const bool doubled = kept_to != inside.end && *kept_to == CsvQuote;
         inside.begin = doubled ? kept_to + 1 : kept_to;
     }
     text.squeeze();
@@ -50,7 +48,7 @@ CsvRowReader::CsvRowReader(CsvLines& lines, const QString& delimiter, CsvMemory&
     : m_lines(lines)
     , m_memory(memory)
     , m_pieces(delimiter)
-    , m_odd_delimiter(delimiter.count(Quote) % 2 != 0)
+    , m_odd_delimiter(delimiter.count(CsvQuote) % 2 != 0)
     , m_line_index(-1)
     , m_taken_bytes(0) {}
 
@@ -132,7 +130,7 @@ CsvRowReader::Outcome CsvRowReader::appendQuoted(TextSpan field, const QStringLi
         field = TextSpan(earlier);
     }
     const TextSpan inside(field.begin + 1, field.end - 1);
-    const bool plain = std::find(inside.begin, inside.end, Quote) == inside.end;
+    const bool plain = std::find(inside.begin, inside.end, CsvQuote) == inside.end;
     const bool appended = plain ? appendField(above, inside, row)
                                 : appendField(above, TextSpan(unescaped(inside)), row);
     return appended ? Row : OutOfMemory;

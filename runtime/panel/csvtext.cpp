@@ -4,8 +4,6 @@
 
 namespace {
 
-const QChar Quote = QLatin1Char('"');
-
 /** True if the character at @p position exists and is the whole delimiter. */
 bool isDelimiterAt(const QString& line, int position, const QString& delimiter) {
     return position >= 0 && position < line.size() && delimiter.size() == 1 &&
@@ -13,7 +11,7 @@ bool isDelimiterAt(const QString& line, int position, const QString& delimiter) 
 }
 
 bool endsLineOrQuotes(QChar character) {
-    return character == QLatin1Char('\n') || character == Quote;
+    return character == QLatin1Char('\n') || character == CsvQuote;
 }
 
 bool needsQuotes(const QString& field, const QString& delimiter) {
@@ -26,7 +24,7 @@ bool needsQuotes(const QString& field, const QString& delimiter) {
 void appendWithDoubledQuotes(QString& text, const QString& field) {
     TextSpan rest(field);
     for (;;) {
-        const QChar* const hit = std::find(rest.begin, rest.end, Quote);
+        const QChar* const hit = std::find(rest.begin, rest.end, CsvQuote);
         TextSpan(rest.begin, hit).appendTo(text);
         if (hit == rest.end)
             return;
@@ -38,11 +36,11 @@ void appendWithDoubledQuotes(QString& text, const QString& field) {
 void appendField(QString& text, const QString& field, const QString& delimiter,
                  bool quote_when_needed) {
     if (!quote_when_needed) {
-        text += Quote + field + Quote;
+        text += CsvQuote + field + CsvQuote;
     } else if (needsQuotes(field, delimiter)) {
-        text += Quote;
+        text += CsvQuote;
         appendWithDoubledQuotes(text, field);
-        text += Quote;
+        text += CsvQuote;
     } else {
         text += field;
     }
@@ -63,12 +61,12 @@ bool csvQuotingExplainsHeader(const QString& line, const QString& delimiter) {
     const int first_delimiter = line.indexOf(delimiter);
     if (first_delimiter < 0)
         return false;
-    const int opening = line.indexOf(Quote);
+    const int opening = line.indexOf(CsvQuote);
     if (opening < 0)
         return true;
     if (opening >= first_delimiter)
         return false;
-    const int closing = line.indexOf(Quote, opening + 1); // -1: never closed
+    const int closing = line.indexOf(CsvQuote, opening + 1); // -1: never closed
     if (first_delimiter >= closing)
         return first_delimiter == closing + 1;
     if (opening != 0 && isDelimiterAt(line, closing + 1, delimiter))
