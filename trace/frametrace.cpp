@@ -23,14 +23,14 @@ qint64 monotonicMicroseconds() {
     return qint64(now.tv_sec) * 1000000 + now.tv_nsec / 1000;
 }
 
-QByteArray traceLine(qint64 time, Direction direction, qint64 gap, const QByteArray& bytes) {
+QByteArray traceLine(qint64 time, qint64 gap, const TraceEntry& entry) {
     const QByteArray columns[] = {
         milliseconds(time).rightJustified(14),
-        direction == Direction::Request ? "->" : "<-",
+        entry.direction == Direction::Request ? "->" : "<-",
         gap < 0 ? QByteArray("-") : "+" + milliseconds(gap),
-        escapedText(bytes),
-        describeFrame(direction, bytes),
-        describeChecksum(bytes),
+        escapedText(entry.bytes),
+        entry.fields,
+        describeChecksum(entry.bytes),
     };
     QByteArray line;
     for (const QByteArray& column : columns)
@@ -45,11 +45,22 @@ bool FrameTrace::record(Direction direction, const QByteArray& bytes) {
     return record(direction, bytes, monotonicMicroseconds());
 }
 
-bool FrameTrace::record(Direction direction, const QByteArray& bytes, qint64 time) {
+bool FrameTrace::record(Direction direction, const QByteArray& bytes, qint64 time,
+                        const QByteArray& note) {
+    return recordLine({direction, bytes, describeFrame(direction, bytes) + note}, time);
+}
+
+bool FrameTrace::recordWithheld(const QByteArray& bytes, qint64 time) {
+    return recordLine(
+        {Direction::Request, QByteArray(), describeFrame(Direction::Request, bytes) + " withheld"},
+        time);
+}
+
+bool FrameTrace::recordLine(const TraceEntry& entry, qint64 time) {
     std::lock_guard<std::mutex> lock(m_mutex);
     const qint64 gap = m_last_time < 0 ? -1 : time - m_last_time;
     m_last_time = time;
-    if (write(traceLine(time, direction, gap, bytes) + '\n'))
+    if (write(traceLine(time, gap, entry) + '\n'))
         return true;
     if (const Complaint complaint = std::exchange(m_complaint, Complaint()))
         complaint(m_device->errorString());

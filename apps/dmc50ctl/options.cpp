@@ -33,6 +33,7 @@ struct RawOptions {
     std::optional<int> station, baud, data_bits, stop_bits, parity, timeout, retries, delay;
     double interval_s = 1;
     int rounds = 0;
+    bool no_care = false;
     bool json = false;
     bool no_check = false;
     RawRecipeOptions recipe;
@@ -82,6 +83,8 @@ void addLineOptions(CLI::App& app, RawOptions& raw) {
     app.add_option("--delay", raw.delay, "Pause before each request")
         ->type_name("MS")
         ->check(inRange(DelayRange));
+    app.add_flag("--no-care", raw.no_care,
+                 "Wait the whole timeout for every station, judge no reply");
 }
 
 void addOutputOptions(CLI::App& app, RawOptions& raw) {
@@ -164,6 +167,7 @@ Options understood(const RawOptions& raw, Options::Command command) {
     options.timeout_ms = raw.timeout;
     options.retries = raw.retries;
     options.delay_ms = raw.delay;
+    options.no_care = raw.no_care;
     options.format =
         valueFormatByName(QString::fromStdString(raw.format)).value_or(ValueFormat::Natural);
     options.json = raw.json;

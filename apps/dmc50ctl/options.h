@@ -39,6 +39,7 @@ struct Options {
     std::optional<int> station;
     std::optional<int> baud, data_bits, stop_bits, parity; // parity: DeviceSetting::ParityCode
     std::optional<int> timeout_ms, retries, delay_ms;
+    bool no_care = false;
 
     host::ValueFormat format = host::ValueFormat::Natural;
     bool json = false;

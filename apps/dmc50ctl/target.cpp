@@ -34,6 +34,7 @@ void overrideLink(LinkDefinition& link, const Options& options) {
     link.timeout_ms = options.timeout_ms.value_or(link.timeout_ms);
     link.retries = options.retries.value_or(link.retries);
     link.delay_ms = options.delay_ms.value_or(link.delay_ms);
+    link.care = link.care && !options.no_care;
 }
 
 /** Takes the value off an assignment: the tag's name may itself hold a "=". */

@@ -1,45 +1,52 @@
 #include "host/line/linerecorder.h"
 
-#include "trace/frametrace.h"
+#include "host/line/question.h"
 
 #include <algorithm>
 
 namespace host {
 
-LineRecorder::LineRecorder(trace::FrameTrace* frame_trace) : m_trace(frame_trace) {}
+LineRecorder::LineRecorder(const PortOptions& options)
+    : m_trace(options.frame_trace), m_usecs(options.usecs) {}
 
-void LineRecorder::requestSent(const char* bytes, int length) {
-    const bool repeated = m_unanswered && m_request == QByteArray::fromRawData(bytes, length);
-    m_request = QByteArray(bytes, length);
-    m_sent_usecs = trace::monotonicMicroseconds();
+void LineRecorder::requestSent(const QByteArray& bytes) {
+    const bool repeated = m_unanswered && m_request == bytes;
+    m_request = bytes;
+    m_sent_usecs = m_usecs();
+    if (!repeated)
+        m_first_sent_usecs = m_sent_usecs;
     m_in_exchange = true;
     m_line_complete = false;
     m_any_byte = false;
-    if (m_trace)
-        m_trace->record(trace::Direction::Request, m_request);
+    m_misshapen = false;
+    record(trace::Direction::Request, bytes);
 
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_statistics.requests;
     m_statistics.repeats += repeated;
-    m_statistics.bytes_sent += quint64(length);
+    m_statistics.bytes_sent += quint64(bytes.size());
 }
 
-void LineRecorder::bytesReceived(const char* bytes, int length) {
+void LineRecorder::bytesReceived(const QByteArray& bytes) {
     m_any_byte = true;
-    m_reply.append(bytes, length);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_statistics.bytes_received += quint64(length);
-    }
-    if (isReplyOwed() && std::find(bytes, bytes + length, '\n') != bytes + length)
+    m_reply += bytes;
+    countReceived(bytes);
+    if (isReplyOwed() && bytes.contains('\n'))
         lineCompleted();
+}
+
+void LineRecorder::replyIsMisshapen() {
+    m_misshapen = true;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_statistics.misshapen;
 }
 
 void LineRecorder::lineCompleted() {
     m_line_complete = true;
-    const qint64 now = trace::monotonicMicroseconds();
+    const qint64 now = m_usecs();
     const qint64 took = now - m_sent_usecs;
-    noteGoodReply(now);
+    if (!m_misshapen)
+        noteGoodReply(now);
     traceReply();
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_statistics.replies;
@@ -50,10 +57,34 @@ void LineRecorder::lineCompleted() {
 void LineRecorder::bytesDiscarded(const QByteArray& bytes) {
     if (bytes.isEmpty())
         return;
-    if (m_trace)
-        m_trace->record(trace::Direction::Reply, bytes);
+    record(trace::Direction::Reply, bytes);
+    countReceived(bytes);
+}
+
+void LineRecorder::lateReply(const QByteArray& bytes) {
+    record(trace::Direction::Reply, bytes, " late");
+    countReceived(bytes);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_statistics.bytes_received += quint64(bytes.size());
+    ++m_statistics.late;
+}
+
+void LineRecorder::requestWithheld(const QByteArray& bytes) {
+    if (m_trace)
+        m_trace->recordWithheld(bytes, m_usecs());
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_statistics.withheld;
+}
+
+void LineRecorder::fenceSent(const QByteArray& bytes) {
+    record(trace::Direction::Request, bytes, " fence");
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_statistics.fences;
+    m_statistics.bytes_sent += quint64(bytes.size());
+}
+
+void LineRecorder::fenceReply(const QByteArray& bytes) {
+    record(trace::Direction::Reply, bytes, " fence");
+    countReceived(bytes);
 }
 
 void LineRecorder::exchangeEnded() {
@@ -68,19 +99,34 @@ void LineRecorder::exchangeEnded() {
 }
 
 void LineRecorder::traceReply() {
-    if (m_trace && !m_reply.isEmpty())
-        m_trace->record(trace::Direction::Reply, m_reply);
+    if (!m_reply.isEmpty())
+        record(trace::Direction::Reply, m_reply, m_misshapen ? " misshapen" : "");
     m_reply.clear();
 }
 
-void LineRecorder::noteGoodReply(qint64 now) {
-    const trace::DecodedFrame frame = trace::decodeFrame(trace::Direction::Reply, m_reply);
-    const trace::ChecksumVerdict checksum = trace::judgeChecksum(m_reply);
-    if (frame.kind != trace::DecodedFrame::Kind::Reply || frame.end_code != "00" ||
-        checksum.state != trace::ChecksumVerdict::State::Ok)
-        return;
+void LineRecorder::record(trace::Direction direction, const QByteArray& bytes, const char* note) {
+    if (m_trace)
+        m_trace->record(direction, bytes, m_usecs(), note);
+}
+
+void LineRecorder::countReceived(const QByteArray& bytes) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_good_replies[frame.station] = now;
+    m_statistics.bytes_received += quint64(bytes.size());
+}
+
+/** Tells only of a reply that is the answer to the request, value for value. */
+void LineRecorder::noteGoodReply(qint64 now) {
+    const std::optional<WholeReply> reply = readWholeReply(m_reply);
+    if (!reply || reply->refused)
+        return;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_good_replies[reply->station] = now;
+    }
+    const std::optional<Question> question = readQuestion(m_request);
+    if (m_sink && question && isAnswer(*reply, *question))
+        m_sink(
+            {question->station, question->is_write, question->addresses, m_first_sent_usecs, now});
 }
 
 qint64 LineRecorder::lastGoodReplyUsecs(int station) const {

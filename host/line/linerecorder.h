@@ -1,16 +1,14 @@
 #ifndef HOST_LINE_LINERECORDER_H
 #define HOST_LINE_LINERECORDER_H
 
+#include "host/line/exchange.h"
 #include "host/line/linestatistics.h"
+#include "host/line/portoptions.h"
 
 #include <QByteArray>
 
 #include <map>
 #include <mutex>
-
-namespace trace {
-class FrameTrace;
-}
 
 namespace host {
 
@@ -19,14 +17,30 @@ namespace host {
  *  uses the port calls it; statistics() may be called from any thread. */
 class LineRecorder {
 public:
-    /** @p frame_trace may be null; it must outlive the recorder. */
-    explicit LineRecorder(trace::FrameTrace* frame_trace);
+    explicit LineRecorder(const PortOptions& options);
 
-    void requestSent(const char* bytes, int length);
-    void bytesReceived(const char* bytes, int length);
+    /** Before the first exchange. */
+    void setSink(ExchangeSink sink) { m_sink = std::move(sink); }
+
+    void requestSent(const QByteArray& bytes);
+    void bytesReceived(const QByteArray& bytes);
+
+    /** The reply received next passes for an answer to the driver, but is none. */
+    void replyIsMisshapen();
 
     /** Bytes that came after the exchange they would have belonged to. */
     void bytesDiscarded(const QByteArray& bytes);
+
+    /** A reply to a request that had been given up. */
+    void lateReply(const QByteArray& bytes);
+
+    /** A request of the driver that did not go out. */
+    void requestWithheld(const QByteArray& bytes);
+
+    /** The port's own request, and what it brought. @{ */
+    void fenceSent(const QByteArray& bytes);
+    void fenceReply(const QByteArray& bytes);
+    /** @} */
 
     /** The port asks nothing more of the present exchange. */
     void exchangeEnded();
@@ -44,11 +58,17 @@ private:
     void lineCompleted();
     void noteGoodReply(qint64 now);
     void traceReply();
+    void record(trace::Direction direction, const QByteArray& bytes, const char* note = "");
+    void countReceived(const QByteArray& bytes);
 
     trace::FrameTrace* const m_trace;
-    QByteArray m_request;    // the last one
-    QByteArray m_reply;      // received but not yet traced
-    qint64 m_sent_usecs = 0; // when the request went out
+    const std::function<qint64()> m_usecs;
+    ExchangeSink m_sink;
+    QByteArray m_request;          // the last one
+    QByteArray m_reply;            // received but not yet traced
+    qint64 m_sent_usecs = 0;       // when the request went out
+    qint64 m_first_sent_usecs = 0; // the first time, of one that is repeated
+    bool m_misshapen = false;      // the reply of this exchange
     bool m_in_exchange = false;
     bool m_line_complete = false;
     bool m_any_byte = false;   // received in this exchange

@@ -31,6 +31,7 @@ struct LinkDefinition {
     int timeout_ms = 9000;
     int retries = 1;
     int delay_ms = 20;
+    bool care = true; // PortOptions::care
 
     DeviceSetting deviceSetting() const;
     DriverSetting driverSetting(int default_station) const;

@@ -106,6 +106,7 @@ void ProjectReader::readLink(TomlTable& table) {
     link.timeout_ms = table.integer("timeout", TimeoutRange).value_or(link.timeout_ms);
     link.retries = table.integer("retry", RetryRange).value_or(link.retries);
     link.delay_ms = table.integer("delay", DelayRange).value_or(link.delay_ms);
+    link.care = table.flag("care").value_or(link.care);
     checkLinkPorts(link, table.placeOf("hmiport"), table.placeOf("port"), m_diagnostics);
     m_project.links.append(link);
 }

@@ -140,7 +140,7 @@ QString LinkSession::lookForError() {
     if (!m_driver->hasError())
         return QString();
     const QString text = m_driver->getLastError();
-    m_errors[stationIn(text)] = {text, trace::monotonicMicroseconds()};
+    m_errors[stationIn(text)] = {text, m_port->usecs()};
     return text;
 }
 
@@ -153,7 +153,7 @@ QString LinkSession::stationError(int station) const {
 
 qint64 LinkSession::stationAgeMsecs(int station) const {
     const qint64 answered = m_port->lastGoodReplyUsecs(station);
-    return answered < 0 ? -1 : (trace::monotonicMicroseconds() - answered) / 1000;
+    return answered < 0 ? -1 : (m_port->usecs() - answered) / 1000;
 }
 
 /** Lets time pass, looks for an error; false when the waiting is over. */
@@ -210,9 +210,9 @@ bool LinkSession::awaitDrained(int station, Watch& watch) {
  *  write itself, and the last reading is complete when a further request goes
  *  out. */
 void LinkSession::awaitScan(const QVector<TagDefinition>& tags, Watch& watch) {
-    const quint64 enough = m_port->statistics().requests + 1 + scanFrames(tags) + 1;
+    const quint64 enough = m_port->statistics().asked() + 1 + scanFrames(tags) + 1;
     watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
-    while (m_port->statistics().requests < enough && tick(watch)) {
+    while (m_port->statistics().asked() < enough && tick(watch)) {
     }
 }
 
@@ -221,10 +221,10 @@ void LinkSession::awaitFirstScan() {
     if (!m_first_scan_due)
         return;
     m_first_scan_due = false;
-    const quint64 enough = m_port->statistics().requests + scanFrames(m_polled) + 1;
+    const quint64 enough = m_port->statistics().asked() + scanFrames(m_polled) + 1;
     Watch watch;
     watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
-    while (m_port->statistics().requests < enough && watch.error.isEmpty() && tick(watch)) {
+    while (m_port->statistics().asked() < enough && watch.error.isEmpty() && tick(watch)) {
     }
 }
 

@@ -14,9 +14,13 @@ Result<std::unique_ptr<HostPort>> makePort(const Project& project, const LinkDef
     if (!address)
         return Failure(address.error());
     const DeviceSetting device = link.deviceSetting();
+    PortOptions options;
+    options.frame_trace = setup.frame_trace;
+    options.clock = setup.clock;
+    options.care = link.care;
     auto port = std::make_unique<HostPort>(makeChannel(*address, device), device,
                                            link.driverSetting(project.defaultStation(link.id)),
-                                           setup.log, setup.frame_trace, *setup.clock);
+                                           setup.log, options);
     if (!port->open())
         return Failure(port->lastError());
     return port;

@@ -42,8 +42,8 @@ protected:
     SimulatedClock m_clock;
     QStringList m_log;
     ScriptedChannel& m_channel = *new ScriptedChannel; // m_port's
-    HostPort m_port{std::unique_ptr<ByteChannel>(&m_channel),       device(), timing(),
-                    [this](const QString& line) { m_log += line; }, nullptr,  m_clock};
+    HostPort m_port{std::unique_ptr<ByteChannel>(&m_channel), device(), timing(),
+                    [this](const QString& line) { m_log += line; }, PortOptions{nullptr, &m_clock}};
 };
 
 } // namespace
@@ -174,18 +174,6 @@ TEST_F(HostPortTest, CountsExchangesByTheirEnd) {
     EXPECT_EQ(counted.reply_usecs, counted.longest_reply_usecs);
 }
 
-TEST(HostPortQuietTime, IsThreeAndAHalfCharactersOnASlowLine) {
-    const auto quiet = [](int baud, int databits, int parity) {
-        const DeviceSetting setting(DEVICE_RS485, QString(), baud, databits, 0, parity);
-        return HostPort(std::make_unique<ScriptedChannel>(), setting, timing(),
-                        [](const QString&) {})
-            .quietMsecs();
-    };
-    EXPECT_EQ(quiet(38400, 8, 2), 20);
-    EXPECT_EQ(quiet(1200, 8, 2), 33); // 3.5 x 11 bits at 1200 baud: 32.08 ms
-    EXPECT_EQ(quiet(600, 7, 0), 53);  // 3.5 x 9 bits at 600 baud: 52.5 ms
-}
-
 TEST(HostPortTrace, WritesRequestsRepliesAndWhatWasThrownAway) {
     QBuffer file;
     file.open(QIODevice::WriteOnly);
@@ -193,7 +181,7 @@ TEST(HostPortTrace, WritesRequestsRepliesAndWhatWasThrownAway) {
     auto owned = std::make_unique<ScriptedChannel>();
     ScriptedChannel& channel = *owned;
     HostPort port(
-        std::move(owned), device(), timing(), [](const QString&) {}, &frame_trace);
+        std::move(owned), device(), timing(), [](const QString&) {}, PortOptions{&frame_trace});
     char buffer[64];
 
     port.writeBytes("ask\r\n", 5);

@@ -31,7 +31,7 @@ protected:
         const DriverSetting timing(TimeoutMsecs, 1, 1, 20);
         auto port = std::make_unique<HostPort>(
             std::unique_ptr<ByteChannel>(&m_channel), device, timing, [](const QString&) {},
-            nullptr, m_clock);
+            PortOptions{nullptr, &m_clock});
         m_port = port.get();
         m_session = std::make_unique<LinkSession>(
             std::move(port), std::unique_ptr<DriverInterface>(&m_driver), m_clock);

@@ -14,7 +14,7 @@ struct TransferLink {
         const DriverSetting timing(TimeoutMsecs, 0, 1, 20);
         auto port = std::make_unique<host::HostPort>(
             std::unique_ptr<host::ByteChannel>(&channel), device, timing, [](const QString&) {},
-            nullptr, clock);
+            host::PortOptions{nullptr, &clock});
         session = std::make_unique<host::LinkSession>(
             std::move(port), std::unique_ptr<DriverInterface>(&driver), clock);
     }
