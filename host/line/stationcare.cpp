@@ -18,7 +18,7 @@ constexpr double Multiple = 2;           // of what a station has shown
 constexpr double FirstWriteMsecs = 1000; // it has answered reads; writes may take longer
 constexpr double SlowMsecs = 3000;
 constexpr double TrialFactor = 3; // from one trial to the next
-constexpr int TrialShare = 4;     // the line is the others' so many times as long
+constexpr int TrialShare = 2;     // the line is the others' so many times as long
 constexpr double ProbeFactor = 1.5;
 
 } // namespace
@@ -63,14 +63,15 @@ double StationCare::ordinaryWait(const Station& station, bool is_write) const {
     double wait = Multiple * (own.isKnown() ? own : other).latest();
     if (is_write && !own.isKnown())
         wait = std::max(wait, FirstWriteMsecs);
+    if (station.health.held_off)
+        return std::max<double>(wait, ProbeWaitMsecs);
     // As the timer does that it is taken from: longer after each wait in vain.
-    const int doublings = station.health.held_off ? 0 : station.silent;
-    return std::max<double>(wait, ShortestWaitMsecs) * std::pow(2, doublings);
+    return std::max<double>(wait, ShortestWaitMsecs) * std::pow(2, station.silent);
 }
 
 double StationCare::trialWait(const Station& station) const {
     if (station.tried_fully)
-        return FirstTrialMsecs;
+        return ProbeWaitMsecs;
     return FirstTrialMsecs * std::pow(TrialFactor, station.trials);
 }
 

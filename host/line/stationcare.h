@@ -64,8 +64,9 @@ public:
 
     static constexpr int FirstProbeMsecs = 5000;
     static constexpr int LongestProbeMsecs = 30000;
-    static constexpr int ShortestWaitMsecs = 100;
-    static constexpr int FirstTrialMsecs = 200;
+    static constexpr int ProbeWaitMsecs = 100; // at least
+    static constexpr int ShortestWaitMsecs = 300;
+    static constexpr int FirstTrialMsecs = 300;
 
 private:
     struct Station {

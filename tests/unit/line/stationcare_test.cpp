@@ -45,20 +45,20 @@ TEST_F(StationCareTest, KnowsNothingAtFirst) {
     EXPECT_EQ(m_care.all().at(Station).answers, 0u);
 }
 
-TEST_F(StationCareTest, WaitsTwiceWhatAStationHasShownAndAtLeast100Msecs) {
+TEST_F(StationCareTest, WaitsTwiceWhatAStationHasShownAndAtLeast300Msecs) {
     answerAfter(400); // deviation 200: an answer is expected within 400 + 4 x 200
     EXPECT_EQ(wait_ms(), 2400);
     EXPECT_EQ(m_care.waitMsecs(Station, false, 30), 2430);
     for (int i = 0; i < 100; ++i)
         answerAfter(5);
-    EXPECT_EQ(wait_ms(), 100);
+    EXPECT_EQ(wait_ms(), 300);
     EXPECT_FALSE(m_care.isTrial(Station));
     EXPECT_FALSE(m_care.isSlow(Station));
 }
 
 TEST_F(StationCareTest, LeavesTheTimeOnTheWireOutOfWhatAStationTakes) {
     m_care.answered(Station, {240000, 240, false, true}, m_now);
-    EXPECT_EQ(m_care.waitMsecs(Station, false, 240), 340);
+    EXPECT_EQ(m_care.waitMsecs(Station, false, 240), 540);
 }
 
 TEST_F(StationCareTest, NeverWaitsLongerThanTheTimeout) {
@@ -68,10 +68,10 @@ TEST_F(StationCareTest, NeverWaitsLongerThanTheTimeout) {
 
 TEST_F(StationCareTest, WaitsASecondForTheFirstWriteOfAStationThatIsQuickToRead) {
     answerAfter(5);
-    EXPECT_EQ(wait_ms(), 100);
+    EXPECT_EQ(wait_ms(), 300);
     EXPECT_EQ(wait_ms(true), 1000);
-    answerAfter(20, true);
-    EXPECT_EQ(wait_ms(true), 120);
+    answerAfter(60, true);
+    EXPECT_EQ(wait_ms(true), 360);
 }
 
 TEST_F(StationCareTest, DoesNotLearnFromAnAnswerThatMayBeOneToAnEarlierSending) {
@@ -95,11 +95,11 @@ TEST_F(StationCareTest, TriesAStationNeverHeardOfLongerAndLonger) {
             EXPECT_LE(end - start, 60000);
         }
     }
-    EXPECT_EQ(waits, std::vector<int>({200, 600, 1800, 5400, 9000, 200}));
+    EXPECT_EQ(waits, std::vector<int>({300, 900, 2700, 8100, 9000, 100}));
     EXPECT_EQ(pauses[0], 0) << "the driver's own second attempt";
     EXPECT_EQ(pauses[1], 5000);
-    EXPECT_EQ(pauses[3], 4 * 5400) << "the line belongs to the others";
-    EXPECT_EQ(pauses[4], 30000);
+    EXPECT_EQ(pauses[3], 2 * 8100) << "the line belongs to the others";
+    EXPECT_EQ(pauses[4], 2 * 9000);
     EXPECT_EQ(pauses[5], 25320) << "in steps of 10 ms";
 }
 
@@ -129,9 +129,9 @@ TEST_F(StationCareTest, WithholdsAndCountsBetweenTheProbes) {
 
 TEST_F(StationCareTest, WaitsLongerAfterEachWaitInVain) {
     answerAfter(5);
-    EXPECT_EQ(waitInVain(), 100);
-    EXPECT_EQ(waitInVain(), 200);
-    EXPECT_EQ(waitInVain(), 400);
+    EXPECT_EQ(waitInVain(), 300);
+    EXPECT_EQ(waitInVain(), 600);
+    EXPECT_EQ(waitInVain(), 1200);
 }
 
 TEST_F(StationCareTest, IsDownOnlyWhenAnAnswerCanNoLongerCome) {
