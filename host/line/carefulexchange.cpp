@@ -180,12 +180,11 @@ QByteArray CarefulExchange::collect(const Question& question, int wire_ms) {
 QByteArray CarefulExchange::receive(int station, int wait_ms) {
     if (!m_care.isTrial(station))
         return m_line.receive(PieceLength, wait_ms);
-    const qint64 end = now() + wait_ms;
     QByteArray bytes;
-    for (qint64 left = wait_ms; left > 0 && bytes.isEmpty(); left = end - now()) {
+    for (int left = wait_ms; left > 0 && bytes.isEmpty(); left -= HurryCheckMsecs) {
         if (isHurried(station) || !m_line.isUsable())
             break;
-        bytes = m_line.receive(PieceLength, int(std::min<qint64>(left, HurryCheckMsecs)));
+        bytes = m_line.receive(PieceLength, std::min(left, HurryCheckMsecs));
     }
     return bytes;
 }

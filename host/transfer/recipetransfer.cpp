@@ -67,10 +67,13 @@ RecipeTransfer::Flags RecipeTransfer::flags(TransferKind kind) {
     return now;
 }
 
-/** Whether the station has left a request with all its retries unanswered, and
- *  everything since. What is written then is lost, but the driver would go on with
- *  the rest for minutes and report success; its error shows too briefly to be seen. */
+/** Whether the port withholds what goes to the station, or the station has left a
+ *  request with all its retries unanswered, and everything since. What is written then
+ *  is lost, but the driver would go on with the rest and report success; its error
+ *  shows too briefly to be seen. */
 bool RecipeTransfer::isSilent() const {
+    if (m_link.port().stationHealth(m_station).withheld != m_withheld_before)
+        return true;
     if (m_link.port().statistics().silent == m_silent_before)
         return false;
     const qint64 since_reply = m_link.stationAgeMsecs(m_station);
@@ -159,6 +162,7 @@ TransferEnd RecipeTransfer::run(TransferKind kind, int program_id, int count,
     TransferEnd end;
     m_start = m_clock.msecsSinceBoot();
     m_silent_before = m_link.port().statistics().silent;
+    m_withheld_before = m_link.port().stationHealth(m_station).withheld;
     if (const Result<void> started = start(kind, program_id, count); !started) {
         end.error = started.error();
         return end;

@@ -64,8 +64,9 @@ private:
     LinkSession& m_link;
     const int m_station;
     Clock& m_clock;
-    qint64 m_start = 0;          // of the transfer; the clock's time, ms
-    quint64 m_silent_before = 0; // requests without an answer until then
+    qint64 m_start = 0;            // of the transfer; the clock's time, ms
+    quint64 m_silent_before = 0;   // requests without an answer until then
+    quint64 m_withheld_before = 0; // of the station
 };
 
 } // namespace host

@@ -1,5 +1,6 @@
 #include "host/transfer/recipetransfer.h"
 
+#include "tests/support/memorycontroller.h"
 #include "tests/unit/transfer/transferlink.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +103,20 @@ TEST_F(RecipeTransferTest, GivesUpAPushToAStationThatIsSilent) {
     EXPECT_EQ(run(TransferKind::Push).error, QStringLiteral("the controller does not answer"));
     EXPECT_GT(link.clock.msecsSinceBoot() - start, TransferLink::TimeoutMsecs);
     EXPECT_LT(link.clock.msecsSinceBoot() - start, 2 * TransferLink::TimeoutMsecs);
+}
+
+TEST_F(RecipeTransferTest, GivesUpAPushWhosePortWithholdsWhatIsWritten) {
+    driver.script[TransferDriver::Push] = {{true, 0}, {true, 3}, {true, 100}};
+    const QByteArray request = cplFrame("0100XRN00LL00001000");
+    driver.on_look = [&] { // the polling thread's share: it fails fast
+        char buffer[16];
+        for (int i = 0; i < 4; ++i) {
+            link.session->port().control(HostPort::DiscardReceived, QVariant(0));
+            link.session->port().writeBytes(request.constData(), request.size());
+            link.session->port().readBytes(buffer, sizeof buffer);
+        }
+    };
+    EXPECT_EQ(run(TransferKind::Push).error, QStringLiteral("the controller does not answer"));
 }
 
 TEST_F(RecipeTransferTest, EndsAtOnceWhenItIsCancelled) {
