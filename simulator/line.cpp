@@ -79,9 +79,10 @@ void Line::run() {
             reopen();
             continue;
         }
-        const QByteArray bytes = m_port->read(ReadTimeoutMsecs);
+        const QByteArray bytes = m_port->read(m_session.msecsToDue(ReadTimeoutMsecs));
         if (!bytes.isEmpty())
             m_session.receive(bytes);
+        m_session.sendDue();
     }
 }
 

@@ -90,8 +90,9 @@ void LineSession::answer(const QByteArray& frame, const ParsedRequest& parsed, S
     if (parsed.state == ParsedRequest::State::Refused) {
         count(&LineCounters::refused);
         log(refusalText(parsed));
-        transmit(plainTransmission(
-            {parsed.request.station, parsed.request.subaddress, parsed.end_code, {}}));
+        dispatch(station.id(),
+                 plainTransmission(
+                     {parsed.request.station, parsed.request.subaddress, parsed.end_code, {}}));
         return;
     }
     const Request& request = parsed.request;
@@ -102,7 +103,42 @@ void LineSession::answer(const QByteArray& frame, const ParsedRequest& parsed, S
         count(&LineCounters::faults);
     log(requestText(request) +
         (fault ? QLatin1String(", fault ") + describeFault(*fault) : QString()));
-    transmit(carryOut(frame, parsed, fault, station));
+    dispatch(station.id(), carryOut(frame, parsed, fault, station));
+}
+
+/** A pause before the first byte is the station's, not the wire's. */
+void LineSession::dispatch(quint8 station, const Transmission& transmission) {
+    const int late_ms = transmission.pieces.empty() ? 0 : transmission.pieces.front().pause_ms;
+    qint64 due = m_wire_free + late_ms * Millisecond;
+    bool is_busy = false;
+    for (const auto& [time, earlier] : m_postponed) {
+        if (earlier.station != station)
+            continue;
+        is_busy = true;
+        due = std::max(due, time + late_ms * Millisecond);
+    }
+    if (transmission.pieces.empty() || (late_ms == 0 && !is_busy)) {
+        transmit(transmission);
+        return;
+    }
+    Postponed postponed = {station, transmission};
+    postponed.transmission.pieces.front().pause_ms = 0;
+    m_postponed.emplace(due, postponed);
+}
+
+void LineSession::sendDue() {
+    while (!m_postponed.empty() && !m_stop && m_postponed.begin()->first <= m_parts.clock.now()) {
+        const auto next = m_postponed.extract(m_postponed.begin());
+        m_wire_free = std::max(m_wire_free, next.key());
+        transmit(next.mapped().transmission);
+    }
+}
+
+int LineSession::msecsToDue(int longest) {
+    if (m_postponed.empty())
+        return longest;
+    const qint64 wait = m_postponed.begin()->first - m_parts.clock.now();
+    return int(std::clamp<qint64>((wait + Millisecond - 1) / Millisecond, 0, longest));
 }
 
 Transmission LineSession::carryOut(const QByteArray& frame, const ParsedRequest& parsed,

@@ -12,6 +12,7 @@
 #include "trace/frametrace.h"
 
 #include <atomic>
+#include <map>
 
 namespace simulator {
 
@@ -31,10 +32,11 @@ struct SessionParts {
 
 /** The traffic of one line: turns received bytes into answers and puts them onto
  *  the line when they are due. The line is one wire: received characters, pauses
- *  and replies follow each other and never overlap.
+ *  and replies follow each other and never overlap. A station that is late leaves the
+ *  wire to the others until it answers; what it is asked meanwhile it answers then.
  *
- *  Only receive() does work, on one thread; it returns when the last answer has
- *  left. stop() and counters() are for any thread. */
+ *  Only receive() and sendDue() do work, on one thread; they return when the last
+ *  answer that is due has left. stop() and counters() are for any thread. */
 class LineSession {
 public:
     explicit LineSession(SessionParts parts);
@@ -42,6 +44,12 @@ public:
     /** Takes bytes that have come just now. A fault may leave the port closed: it
      *  is then time to open it again. */
     void receive(const QByteArray& bytes);
+
+    /** Answers of late stations whose time has come. */
+    void sendDue();
+
+    /** Until the next of them is due, at most @p longest, in ms. */
+    int msecsToDue(int longest);
 
     /** Makes receive() return soon, whatever it waits for; nothing is sent from
      *  then on. */
@@ -64,6 +72,7 @@ private:
     void answer(const QByteArray& frame, const ParsedRequest& parsed, Station& station);
     Transmission carryOut(const QByteArray& frame, const ParsedRequest& parsed,
                           const std::optional<Fault>& fault, Station& station);
+    void dispatch(quint8 station, const Transmission& transmission);
     void transmit(const Transmission& transmission);
     void sendPaced(const QByteArray& bytes);
     void send(const QByteArray& bytes);
@@ -72,13 +81,19 @@ private:
     void log(const QString& text) const;
     void count(Counter counter, quint64 amount = 1);
 
+    struct Postponed {
+        quint8 station;
+        Transmission transmission;
+    };
+
     const SessionParts m_parts;
     const qint64 m_start; // of the clock
     std::atomic<bool> m_stop{false};
     FrameReader m_reader;
-    QByteArray m_sent;                   // of the present transmission, so far
-    qint64 m_wire_free;                  // when the last character, or pause, on the wire ends
-    mutable std::mutex m_counters_mutex; // guards m_counters
+    QByteArray m_sent;  // of the present transmission, so far
+    qint64 m_wire_free; // when the last character, or pause, on the wire ends
+    std::multimap<qint64, Postponed> m_postponed; // by when it is due
+    mutable std::mutex m_counters_mutex;          // guards m_counters
     LineCounters m_counters;
 };
 

@@ -201,7 +201,29 @@ TEST_F(SimulatorLineSession, ALateReplyComesThatMuchLater) {
     build({"late:ms=400"}, {38400, 5});
     const qint64 start = m_clock.now();
     m_session->receive(wire(CheckRequest));
+    EXPECT_TRUE(m_port.written().empty());
+    m_clock.advance(400 * Millisecond);
+    m_session->sendDue();
     EXPECT_NEAR(double(replyTimes(start).second), 46 * Character38400 + 405.0 * Millisecond, 2);
+}
+
+TEST_F(SimulatorLineSession, ALateStationLeavesTheWireToTheOthers) {
+    build({"late:station=1,ms=400,on=1"});
+    m_session->receive(wire(CheckRequest));
+    m_session->receive(readRequest(1, 0x1000, 2)); // it is not late, but busy
+    EXPECT_EQ(m_session->msecsToDue(20), 20);
+    EXPECT_NE(exchange(readRequest(2, 0x1000, 1)).find("<02>0200X00"), std::string::npos);
+    m_clock.advance(390 * Millisecond);
+    m_session->sendDue();
+    EXPECT_TRUE(m_port.written().empty());
+    EXPECT_EQ(m_session->msecsToDue(20), 10);
+    m_clock.advance(10 * Millisecond);
+    EXPECT_EQ(m_session->msecsToDue(20), 0);
+    m_session->sendDue();
+    ASSERT_EQ(m_port.written().size(), 2u);
+    EXPECT_EQ(shown(m_port.written()[0].bytes), CheckReply);
+    EXPECT_EQ(m_port.written()[1].bytes.size(), 29);
+    EXPECT_EQ(m_session->msecsToDue(20), 20);
 }
 
 TEST_F(SimulatorLineSession, ASplitReplyPausesBetweenItsParts) {
@@ -240,15 +262,19 @@ TEST_F(SimulatorLineSession, AClosedLineIsClosedForItsTime) {
 }
 
 TEST_F(SimulatorLineSession, AStoppedSessionSendsNothing) {
-    build({"late:ms=3600000"});
+    build({"late:station=2,ms=1000"});
+    m_session->receive(readRequest(2, 0x1000, 1));
     m_session->stop();
     EXPECT_EQ(exchange(wire(CheckRequest)), "");
+    m_clock.advance(1000 * Millisecond);
+    m_session->sendDue();
+    EXPECT_EQ(exchange(QByteArray()), "");
     EXPECT_EQ(m_session->counters().replies, 0u);
     EXPECT_EQ(m_clock.sleeps(), 0);
 }
 
 TEST_F(SimulatorLineSession, LongWaitsAreSlicedSoThatAStopIsSeen) {
-    build({"late:ms=1000"});
+    build({"split:at=6,ms=1000"});
     m_session->receive(wire(CheckRequest));
     EXPECT_EQ(m_clock.sleeps(), 20);
 }
