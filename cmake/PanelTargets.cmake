@@ -147,14 +147,31 @@ set(PANEL_DRIVER dmc50v3_transfer dmc50v3_core driver_polling driver_tools)
 set(PANEL_HOST panel_session panel_project panel_line panel_trace)
 
 # panel_discover_tests(PROGRAM SECONDS PLATFORM [ENVIRONMENT]): makes a program's GoogleTest
-# cases known to ctest one by one; each may take so many seconds on a
-# PC. PLATFORM is Qt's: offscreen or xcb.
+# cases known to ctest one by one, or, where starting a program is dear, in a few
+# parts; each may take so many seconds on a PC. PLATFORM is Qt's: offscreen or xcb.
 function(panel_discover_tests program seconds platform)
   math(EXPR timeout "${seconds} * ${PANEL_TIMEOUT_FACTOR}")
+  set(environment QT_QPA_PLATFORM=${platform} ${ARGN})
+  if(PANEL_TEST_SHARDS GREATER 0)
+    panel_sharded_tests(${program} ${timeout} ${environment})
+    return()
+  endif()
   math(EXPR listing_timeout "30 * ${PANEL_TIMEOUT_FACTOR}")
-  gtest_discover_tests(
-    ${program} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT ${listing_timeout} PROPERTIES
-    TIMEOUT ${timeout} ENVIRONMENT "QT_QPA_PLATFORM=${platform};${ARGN}")
+  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT ${listing_timeout}
+                       PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "${environment}")
+endfunction()
+
+function(panel_sharded_tests program timeout)
+  math(EXPR last "${PANEL_TEST_SHARDS} - 1")
+  foreach(shard RANGE ${last})
+    set(name ${program}.${shard})
+    add_test(NAME ${name} COMMAND ${program})
+    set_tests_properties(
+      ${name}
+      PROPERTIES
+        TIMEOUT ${timeout} ENVIRONMENT
+        "${ARGN};GTEST_TOTAL_SHARDS=${PANEL_TEST_SHARDS};GTEST_SHARD_INDEX=${shard};GTEST_BRIEF=1")
+  endforeach()
 endfunction()
 
 # Lets ctest run a program's tests each on an X server of its own, whose screen
