@@ -59,7 +59,7 @@ TEST(SessionCommands, AStationPrefixNamesTheStation) {
 
 TEST(SessionCommands, SpecialTagsAreSkippedInAnyCase) {
     for (const char* tag :
-         {"vvt_enable0", "VVT_ERROR0", "INITDRV0", "Write_Que_Size0", "lowlatency"})
+         {"vvt_enable0", "VVT_ERROR0", "INITDRV0", "Write_Que_Size0", "lowlatency", "Low0"})
         EXPECT_EQ(addresses(commands(tag, 1) + commands("NA20", 1)), Stations({{1, {0x20}}}))
             << tag;
 }
