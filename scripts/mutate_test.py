@@ -23,11 +23,13 @@ gtest_discover_tests(sample_test DISCOVERY_MODE PRE_TEST)
 HEADER = """
 const int Limit = 3;
 enum Size { Items = 4 };
+enum class Way { Down = 5 };
 int clamped(int value);
 bool isEven(int value);
 int countDown(int from);
 int valueOf(const int* pointer);
 void log(int value);
+Way way();
 extern int logged;
 """
 SOURCE = """\
@@ -57,6 +59,9 @@ void log(int value) {
     items[0] = value;
     logged = items[0];
 }
+Way way() {
+    return Way::Down;
+}
 """
 TEST = """
 #include "sample/sample.h"
@@ -65,6 +70,7 @@ TEST(Strong, Clamps) { EXPECT_EQ(clamped(2), 2); EXPECT_EQ(clamped(3), 3); EXPEC
 TEST(Weak, Even) { EXPECT_TRUE(isEven(4)); }
 TEST(Strong, Value) { const int seven = 7; EXPECT_EQ(valueOf(&seven), 7); EXPECT_EQ(valueOf(nullptr), -1); }
 TEST(Strong, CountsDown) { EXPECT_EQ(countDown(3), 3); }
+TEST(Strong, Way) { EXPECT_EQ(int(way()), 5); }
 """
 EQUAL = """
 [[equivalent]]
@@ -121,7 +127,7 @@ class Mutate(unittest.TestCase):
         self.write("scripts/mutate-equivalent.toml", EQUAL)
         _, output = self.run_it()
         self.assertNotIn("value > Limit  ->  value >= Limit", output)
-        self.assertRegex(output, r"sample +34 +24 +3 +6 +1 +0 +72.7 %")
+        self.assertRegex(output, r"sample +37 +27 +3 +6 +1 +0 +75.0 %")
 
     def test_refuses_an_equivalent_mutant_that_is_killed_or_gone(self):
         self.write("scripts/mutate-equivalent.toml", EQUAL.replace(">=", "<=") + EQUAL.replace(
@@ -137,9 +143,9 @@ class Mutate(unittest.TestCase):
 
     def test_stops_at_the_end_of_its_budget_and_goes_on(self):
         _, output = self.run_it("--fresh", "--budget", "0.00001")
-        self.assertRegex(output, r"sample +34 +0 +0 +0 +0 +34\n")
+        self.assertRegex(output, r"sample +37 +0 +0 +0 +0 +37\n")
         _, output = self.run_it()
-        self.assertRegex(output, r"sample +34 +24 +4 +6 +0 +0 +70.6 %")
+        self.assertRegex(output, r"sample +37 +27 +4 +6 +0 +0 +73.0 %")
 
     def test_leaves_out_what_a_test_notices(self):
         _, output = self.run_it()

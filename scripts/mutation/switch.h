@@ -15,10 +15,10 @@ static inline bool mutant(int number) {
     return activeMutant == number;
 }
 
-/** @p constant moved by @p step, in its own type. */
+/** @p constant, a number or an enumerator, moved by @p step, in its own type. */
 template <typename Constant>
 static inline Constant movedConstant(Constant constant, int step) {
-    return static_cast<Constant>(constant + step);
+    return static_cast<Constant>(static_cast<long long>(constant) + step);
 }
 
 #endif
