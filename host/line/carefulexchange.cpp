@@ -102,7 +102,6 @@ bool CarefulExchange::send(const QByteArray& frame) {
     m_sent_usecs = m_usecs();
     m_owed.sent(m_question, now(), wireMsecs(m_question, frame.size()));
     m_course = Course::Awaiting;
-    m_quiet_due = true;
     return true;
 }
 
@@ -122,7 +121,6 @@ bool CarefulExchange::passFence() {
     m_sent_usecs = m_usecs();
     const int wire_ms = wireMsecs(fence, frame.size());
     m_owed.sent(fence, now(), wire_ms);
-    m_quiet_due = true;
     if (!awaitFence(fence, wire_ms))
         return false;
     m_quiet_due = false;
@@ -160,7 +158,7 @@ QByteArray CarefulExchange::reply(int max) {
 /** What comes in answer to @p question, but for late replies: up to an LF that ends
  *  a piece, as the driver reads, or to silence. */
 QByteArray CarefulExchange::collect(const Question& question, int wire_ms) {
-    const int wait_ms = m_care.waitMsecs(question.station, question.is_write, wire_ms);
+    const int wait_ms = m_care.waitMsecs(question.station, question.is_write, wire_ms, now());
     const qint64 start = now();
     QByteArray bytes;
     bool heard = false;
@@ -172,8 +170,10 @@ QByteArray CarefulExchange::collect(const Question& question, int wire_ms) {
         heard = true;
         bytes = takeLateReplies(bytes + piece, &question);
     }
+    const int waited = int(now() - start);
     if (!heard && m_line.isUsable())
-        m_care.silent(question.station, int(now() - start), now());
+        m_care.silent(question.station, waited, now());
+    m_quiet_due = heard || waited < m_wire.quietMsecs();
     return bytes;
 }
 

@@ -17,8 +17,9 @@ constexpr int KnownSilentUntilHeldOff = 3;
 constexpr double Multiple = 2;           // of what a station has shown
 constexpr double FirstWriteMsecs = 1000; // it has answered reads; writes may take longer
 constexpr double SlowMsecs = 3000;
-constexpr double TrialFactor = 3; // from one trial to the next
-constexpr int TrialShare = 2;     // the line is the others' so many times as long
+constexpr int TrialFactor = 3;  // from one trial to the next
+constexpr int ShortTrials = 3;  // the next one is for the whole timeout
+constexpr int OthersShare = 49; // of the line's time, for each part of a trial's
 constexpr double ProbeFactor = 1.5;
 
 } // namespace
@@ -69,18 +70,31 @@ double StationCare::ordinaryWait(const Station& station, bool is_write) const {
     return std::max<double>(wait, ShortestWaitMsecs) * std::pow(2, station.silent);
 }
 
-double StationCare::trialWait(const Station& station) const {
-    if (station.tried_fully)
-        return ProbeWaitMsecs;
-    return FirstTrialMsecs * std::pow(TrialFactor, station.trials);
+/** Of the trial after so many; the last one is the whole timeout. */
+int StationCare::trialMsecs(int trials) const {
+    if (trials >= ShortTrials)
+        return m_timeout_ms;
+    return std::min(m_timeout_ms, FirstTrialMsecs * int(std::pow(TrialFactor, trials)));
 }
 
-int StationCare::waitMsecs(int station, bool is_write, int wire_ms) const {
+bool StationCare::isAnyUp() const {
+    return std::any_of(m_stations.begin(), m_stations.end(),
+                       [](const auto& entry) { return entry.second.health.state == State::Up; });
+}
+
+int StationCare::trialWait(const Station& station, qint64 now) const {
+    const bool is_first = station.trials == 0;
+    const bool may_be_long = is_first || now >= m_next_trial || !isAnyUp();
+    return station.trials <= ShortTrials && may_be_long ? trialMsecs(station.trials)
+                                                        : ProbeWaitMsecs;
+}
+
+int StationCare::waitMsecs(int station, bool is_write, int wire_ms, qint64 now) const {
     const std::lock_guard<std::mutex> lock(m_mutex);
     const Station* const asked = findLocked(station);
     const double wait = !asked             ? FirstTrialMsecs
                         : asked->isKnown() ? ordinaryWait(*asked, is_write)
-                                           : trialWait(*asked);
+                                           : trialWait(*asked, now);
     return int(std::min<double>(m_timeout_ms, std::ceil(wait) + wire_ms));
 }
 
@@ -131,8 +145,10 @@ void StationCare::silent(int station, int waited_ms, qint64 now) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Station& asked = stationLocked(station);
     ++asked.silent;
-    ++asked.trials;
-    asked.tried_fully = asked.tried_fully || waited_ms >= m_timeout_ms;
+    if (!asked.isKnown() && waited_ms >= trialMsecs(asked.trials)) {
+        ++asked.trials;
+        m_next_trial = now + OthersShare * waited_ms;
+    }
     if (asked.silent_since < 0)
         asked.silent_since = now - waited_ms;
     if (asked.health.state != State::Down)
@@ -142,8 +158,7 @@ void StationCare::silent(int station, int waited_ms, qint64 now) {
     if (asked.silent < limit)
         return;
     asked.health.held_off = true;
-    const int pause = std::max(asked.probe_gap, TrialShare * waited_ms);
-    asked.next_probe = now + std::min(pause, LongestProbeMsecs);
+    asked.next_probe = now + asked.probe_gap;
     asked.probe_gap = std::min(int(asked.probe_gap * ProbeFactor), LongestProbeMsecs);
 }
 

@@ -16,7 +16,8 @@ namespace host {
  *  are withheld, but for a probe after 5 s, later after up to 30 s. One that has
  *  answered is waited for as long as it has shown to take, with much to spare. One
  *  that never has is waited for a short time at first and longer later, up to the
- *  response timeout once.
+ *  response timeout once; where others answer, such trials take at most a fiftieth of
+ *  the line's time.
  *
  *  Times are ms of the port's clock, handed in. Any thread. */
 class StationCare {
@@ -30,9 +31,9 @@ public:
     /** A request to it has not gone out. */
     void withheld(int station);
 
-    /** How long to wait for the answer to a request, at most the timeout. @p wire_ms:
-     *  the time that request and reply take on the wire. */
-    int waitMsecs(int station, bool is_write, int wire_ms) const;
+    /** How long to wait for the answer to a request that goes out now, at most the
+     *  timeout. @p wire_ms: the time that request and reply take on the wire. */
+    int waitMsecs(int station, bool is_write, int wire_ms, qint64 now) const;
 
     /** True while nothing is known that would justify a long wait for it. */
     bool isTrial(int station) const;
@@ -64,7 +65,7 @@ public:
 
     static constexpr int FirstProbeMsecs = 5000;
     static constexpr int LongestProbeMsecs = 30000;
-    static constexpr int ProbeWaitMsecs = 100; // at least
+    static constexpr int ProbeWaitMsecs = 60; // at least; a controller's usual turn-around
     static constexpr int ShortestWaitMsecs = 300;
     static constexpr int FirstTrialMsecs = 300;
 
@@ -74,8 +75,7 @@ private:
         AnswerTime read, write;
         int silent = 0;           // exchanges in a row without a byte
         qint64 silent_since = -1; // when the first of them began
-        int trials = 0;           // waits in vain for one that has never answered
-        bool tried_fully = false; // one of them for the whole timeout
+        int trials = 0;           // waits in vain, each longer, for one never heard of
         int probe_gap = FirstProbeMsecs;
         qint64 next_probe = 0;
         bool asked_for = false;
@@ -90,10 +90,13 @@ private:
     void judgeSilence(Station& station, qint64 now);
     static void revive(Station& station);
     double ordinaryWait(const Station& station, bool is_write) const;
-    double trialWait(const Station& station) const;
+    int trialMsecs(int trials) const;
+    int trialWait(const Station& station, qint64 now) const;
+    bool isAnyUp() const;
 
     const int m_timeout_ms;
-    mutable std::mutex m_mutex; // guards m_stations
+    mutable std::mutex m_mutex; // guards all below
+    qint64 m_next_trial = 0;    // before it the line is the answering stations'
     std::map<int, Station> m_stations;
 };
 

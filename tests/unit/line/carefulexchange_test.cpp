@@ -92,7 +92,7 @@ TEST_F(CarefulExchangeTest, ASilentStationSoonCostsTheLineNothing) {
     const qint64 start = m_line.now();
     const int sent = m_line.channel.sent.size();
     EXPECT_FALSE(readsRight(2, Two));
-    EXPECT_EQ(m_line.now() - start, 2 * CarefulPort::PauseMsecs + 20) << "and a quiet line";
+    EXPECT_EQ(m_line.now() - start, 2 * CarefulPort::PauseMsecs);
     EXPECT_EQ(m_line.channel.sent.size(), sent);
     EXPECT_EQ(counted().withheld, 2u);
     EXPECT_EQ(counted().silent, 2u);
@@ -106,7 +106,7 @@ TEST_F(CarefulExchangeTest, LiveStationsAreReadWithin3SecondsAndThenInEveryCycle
     station(2).delay_ms = -1;
     qint64 longest_cycle = 0;
     qint64 longest_after = 0;
-    while (m_line.now() < 300000) {
+    while (m_line.now() < 1200000) {
         const qint64 start = m_line.now();
         EXPECT_TRUE(readsRight(1, Two));
         readsRight(2, Two);
@@ -116,12 +116,47 @@ TEST_F(CarefulExchangeTest, LiveStationsAreReadWithin3SecondsAndThenInEveryCycle
             EXPECT_LE(cycle, 3000);
         }
         longest_cycle = std::max(longest_cycle, cycle);
-        if (start > 60000)
+        if (start > 900000)
             longest_after = std::max(longest_after, cycle);
     }
     EXPECT_LE(longest_cycle, 9500) << "one trial for the whole timeout";
     EXPECT_LE(longest_after, 500) << "a probe now and then";
     EXPECT_EQ(m_line.health(2).state, State::Down);
+}
+
+namespace {
+
+constexpr int Live = 26;
+constexpr int AnswerMsecs = 245; // request and reply of 50 values at 38400 baud, 7 ms to think
+
+/** The mean cycle of the live stations, in ms, beside those that follow and are silent
+ *  from @p death on, over ten minutes from @p begin on. */
+double meanCycle(int silent, qint64 death, qint64 begin) {
+    CarefulPort line;
+    int cycles = 0;
+    qint64 start = 0;
+    while (line.now() < begin + 600000) {
+        if (start == 0 && line.now() >= begin)
+            start = line.now();
+        const int live = line.now() < death ? Live + silent : Live;
+        for (int station = 1; station <= Live + silent; ++station) {
+            line.channel.stations[station].delay_ms = station <= live ? AnswerMsecs : -1;
+            line.read(station, addressRun(0x1000, 50));
+        }
+        cycles += start > 0;
+    }
+    return double(line.now() - start) / cycles;
+}
+
+} // namespace
+
+TEST(ManyStations, FiveOf31ThatDieCostTheOthersLessThanATwentieth) {
+    EXPECT_LE(meanCycle(5, 60000, 180000), 1.05 * meanCycle(0, 0, 60000));
+}
+
+TEST(ManyStations, FiveOf31ThatWereNeverThereCostTheOthersLessThanATwentieth) {
+    constexpr qint64 AfterAllTrials = 3600000;
+    EXPECT_LE(meanCycle(5, 0, AfterAllTrials), 1.05 * meanCycle(0, 0, 60000));
 }
 
 class SlowStationTest : public CarefulExchangeTest, public ::testing::WithParamInterface<int> {};
@@ -149,9 +184,9 @@ INSTANTIATE_TEST_SUITE_P(AnswersAfterMsecs, SlowStationTest,
 TEST_F(CarefulExchangeTest, FindsASlowStationAlsoWhereItsLateAnswersAreTalkedOver) {
     station(2).delay_ms = 8000;
     m_line.channel.is_half_duplex = true;
-    while (!readsRight(2, Two) && m_line.now() < 120000)
+    while (!readsRight(2, Two) && m_line.now() < 3600000)
         readsRight(1, Two);
-    EXPECT_LE(m_line.now(), 60000);
+    EXPECT_LE(m_line.now(), 700000) << "by a probe that waits for the whole timeout";
 }
 
 TEST_F(CarefulExchangeTest, NeverTakesALateReplyForTheNextAnswer) {
@@ -302,11 +337,11 @@ TEST_F(CarefulExchangeTest, APersonWhoAsksForOneStationEndsTheWaitForAnUnknownOn
     station(2).delay_ms = -1;
     for (int i = 0; i < 2; ++i)
         readsRight(2, Two);
-    m_line.clock.advance(30000);
+    m_line.clock.advance(120000);
     readsRight(1, Two);
     m_line.clock.at(m_line.now() + 100, [this] { m_line.port->askFor(1); });
     const qint64 start = m_line.now();
-    readsRight(2, Two); // would wait for 1.8 s
+    readsRight(2, Two); // would wait for 2.7 s
     EXPECT_LE(m_line.now() - start, 200);
     EXPECT_TRUE(readsRight(1, Two));
 }
