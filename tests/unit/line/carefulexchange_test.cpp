@@ -246,6 +246,32 @@ TEST_F(CarefulExchangeTest, ARepetitionGoesOutAtOnce) {
     EXPECT_EQ(m_line.channel.sent.size(), 5) << "the fence has settled it";
 }
 
+TEST_F(CarefulExchangeTest, WhatTheDriverAsksAfterItsRepetitionsIsAQuestionOfItsOwn) {
+    station(1).changed = [](const QByteArray&) { return QByteArray("noise\n"); };
+    EXPECT_FALSE(readsRight(1, Two));
+    station(1).changed = nullptr;
+    EXPECT_EQ(m_line.channel.sent.size(), 2);
+    EXPECT_TRUE(readsRight(1, Two));
+    EXPECT_TRUE(isFence(m_line.channel.sent[2]));
+}
+
+TEST_F(CarefulExchangeTest, LearnsNothingFromTheAnswerToARepetition) {
+    for (int i = 0; i < 20; ++i)
+        readsRight(1, Two);
+    station(1).changed = [this](const QByteArray&) {
+        station(1).changed = nullptr;
+        station(1).delay_ms = 280;
+        return QByteArray();
+    };
+    EXPECT_TRUE(readsRight(1, Two)); // it may have been the answer to the first sending
+    station(1).delay_ms = 40;
+    EXPECT_TRUE(readsRight(1, Two));
+    station(1).delay_ms = -1;
+    const qint64 start = m_line.now();
+    m_line.exchange(readRequest(1, Two));
+    EXPECT_LE(m_line.now() - start, CarefulPort::PauseMsecs + 300 + 20) << "with 20 ms of wire";
+}
+
 TEST_F(CarefulExchangeTest, AReplyOfAnotherShapeIsALossToTheDriver) {
     const QByteArray right = m_line.exchange(readRequest(1, Two));
     EXPECT_EQ(right.size(), 29);
