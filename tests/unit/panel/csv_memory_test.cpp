@@ -188,7 +188,7 @@ TEST_F(CsvMemoryTest, AQuotedFieldNeedsRoomForItsCopies) {
 }
 
 TEST_F(CsvMemoryTest, ManyMessagesAreCounted) {
-    machine.setAvailable(64 * MiB);
+    machine.setAvailable(8 * sizeof(void*) * MiB);
     const QByteArray longer = QByteArray("1\t1\n").repeated(300000); // fields shared: 30 MB
     write("a\n" + QByteArray("1\n").repeated(300000));
     EXPECT_TRUE(loader.openFile(path));
@@ -268,7 +268,7 @@ private:
 TEST_F(CsvMemoryTest, WhatTheLastTableTookIsAvailableAgain) {
     write(differingTable(20000, 25, 5));
     for (bool replaces : {false, true}) {
-        machine.setAvailable(32 * MiB);
+        machine.setAvailable(4 * sizeof(void*) * MiB);
         LaterMemory later(machine);
         connectChecked(&loader, SIGNAL(updateStatus(QString, QVariant)), &later, SLOT(grow()),
                        Qt::DirectConnection);
