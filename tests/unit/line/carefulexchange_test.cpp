@@ -309,6 +309,18 @@ TEST_F(CarefulExchangeTest, WhatTheDriverRefusesByItselfPassesAsItIs) {
     EXPECT_EQ(counted().misshapen, 0u);
 }
 
+TEST_F(CarefulExchangeTest, OnlyTheAnswerMakesAStationsValuesFresh) {
+    for (const QByteArray& reply : {cplFrame("0100X41"), cplFrame("0100X0000000001")}) {
+        station(1).changed = [reply](const QByteArray&) { return reply; };
+        m_line.exchange(readRequest(1, Two));
+        m_line.clock.advance(20000);
+        EXPECT_EQ(m_line.port->lastGoodReplyUsecs(1), -1) << reply.toStdString();
+    }
+    station(1).changed = nullptr;
+    m_line.exchange(readRequest(1, Two));
+    EXPECT_EQ(m_line.port->lastGoodReplyUsecs(1), 1000 * m_line.now());
+}
+
 TEST_F(CarefulExchangeTest, AReplyMayComeInPiecesThatAreHalfASecondApart) {
     readsRight(1, Two);
     station(1).changed = [this](const QByteArray& reply) {
@@ -370,6 +382,13 @@ TEST_F(CarefulExchangeTest, APersonWhoAsksForOneStationEndsTheWaitForAnUnknownOn
     readsRight(2, Two); // would wait for 2.7 s
     EXPECT_LE(m_line.now() - start, 200);
     EXPECT_TRUE(readsRight(1, Two));
+}
+
+TEST_F(CarefulExchangeTest, OnceItHasBeenAskedTheOthersAreTriedAgain) {
+    m_line.port->askFor(1);
+    readsRight(1, Two);
+    station(2).delay_ms = 150;
+    EXPECT_TRUE(readsRight(2, Two));
 }
 
 TEST_F(CarefulExchangeTest, AskingForAStationDoesNotCutItsOwnWaitShort) {
