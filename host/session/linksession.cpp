@@ -1,8 +1,9 @@
 #include "host/session/linksession.h"
 
+#include "host/session/drivererror.h"
+#include "host/session/polledstation.h"
 #include "trace/frametrace.h"
 
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QtEndian>
 
@@ -13,15 +14,14 @@ namespace host {
 namespace {
 
 constexpr qint64 DriverTimeoutMsecs = 3000; // the driver's shortest patience per attempt
-constexpr int FrameAddresses = 50;          // that the driver reads with one request
 constexpr qint64 ErrorGraceMsecs = 200;     // for a failure's text to show up
 
 const char Interrupted[] = "interrupted";
 
 /** The station that a driver's error text names; 0: none. */
-int stationIn(const QString& error) {
-    static const QRegularExpression station_id(QStringLiteral("station id#(\\d+)"));
-    return station_id.match(error).captured(1).toInt();
+int stationIn(const QString& text) {
+    const std::optional<DriverError> error = readDriverError(text);
+    return error ? error->station : 0;
 }
 
 /** Requests that the driver needs to read all of @p tags, at most. */
@@ -31,7 +31,8 @@ quint64 scanFrames(const QVector<TagDefinition>& tags) {
         dwords[tag.station] += tag.dwords();
     quint64 frames = 0;
     for (const int count : std::as_const(dwords))
-        frames += quint64((count + FrameAddresses - 1) / FrameAddresses);
+        frames +=
+            quint64((count + PolledStation::FrameAddresses - 1) / PolledStation::FrameAddresses);
     return frames;
 }
 
@@ -42,7 +43,8 @@ struct LinkSession::Watch {
     int station = 0;     // that is written to
     QString error;       // the last one seen
     QString write_error; // the last one seen about a write to the station
-    qint64 deadline = 0; // the clock's time, ms
+    qint64 deadline = 0; // of the present wait; the clock's time, ms
+    qint64 limit = std::numeric_limits<qint64>::max(); // of all waits
 };
 
 LinkSession::LinkSession(std::unique_ptr<HostPort> port, std::unique_ptr<DriverInterface> driver,
@@ -88,9 +90,14 @@ qint64 LinkSession::patienceMsecs() const {
     return std::max(DriverTimeoutMsecs, timeout) * (m_port->retryCount() + 1);
 }
 
+/** Lets the wait that begins now last @p msecs. */
+void LinkSession::allow(Watch& watch, qint64 msecs) const {
+    watch.deadline = std::min(m_clock.msecsSinceBoot() + msecs, watch.limit);
+}
+
 QString LinkSession::failureText(int station) {
     Watch watch;
-    watch.deadline = m_clock.msecsSinceBoot() + ErrorGraceMsecs;
+    allow(watch, ErrorGraceMsecs);
     while (tick(watch) && watch.error.isEmpty()) {
     }
     if (m_cancelled)
@@ -99,6 +106,22 @@ QString LinkSession::failureText(int station) {
     if (!own.isEmpty() || !watch.error.isEmpty())
         return own.isEmpty() ? watch.error : own;
     return QString::fromLatin1("no value from station %1").arg(station);
+}
+
+Result<void> LinkSession::start() {
+    const QByteArray data =
+        m_driver->read(m_port.get(), CommunicatorCommand(QStringLiteral("WRITE_QUE_SIZE0"),
+                                                         CommunicatorCommand::Word, 1));
+    if (data.isEmpty())
+        return Failure(failureText(0));
+    return {};
+}
+
+QByteArray LinkSession::readDwords(int station, quint32 address, int dwords) {
+    m_port->setStationId(station);
+    return m_driver->read(m_port.get(),
+                          CommunicatorCommand(QString::fromLatin1("NA%1").arg(address, 0, 16),
+                                              CommunicatorCommand::DoubleWord, dwords));
 }
 
 TagResult LinkSession::read(const TagDefinition& tag) {
@@ -173,12 +196,12 @@ bool LinkSession::tick(Watch& watch) {
  *  success, whichever station the error is of. So one is made only when there is
  *  none, and, with @p must_answer, when @p station has answered: that is how the
  *  end of the last request to another station is seen, which might still fail. */
-Result<void> LinkSession::awaitTurn(int station, bool must_answer) {
+Result<void> LinkSession::awaitTurn(Watch& watch, bool must_answer) {
+    const int station = watch.station;
     const qint64 last_reply = m_port->lastGoodReplyUsecs(station);
     if (must_answer)
-        waitingWrites(station); // for its side effect: it starts the driver's thread
-    Watch watch;
-    watch.deadline = m_clock.msecsSinceBoot() + 2 * patienceMsecs(); // another station's, its own
+        waitingWrites(station);        // for its side effect: it starts the driver's thread
+    allow(watch, 2 * patienceMsecs()); // another station's, its own
     const auto is_answered = [&] { return m_port->lastGoodReplyUsecs(station) != last_reply; };
     while (m_driver->hasError() || (must_answer && !is_answered())) {
         if (tick(watch))
@@ -189,15 +212,17 @@ Result<void> LinkSession::awaitTurn(int station, bool must_answer) {
             return Failure(watch.error);
         break;
     }
+    if (m_clock.msecsSinceBoot() >= watch.limit)
+        return Failure(QStringLiteral("not sent in time"));
     return {};
 }
 
 bool LinkSession::awaitDrained(int station, Watch& watch) {
     int least = waitingWrites(station);
-    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    allow(watch, patienceMsecs());
     for (int waiting = least; waiting > 0; waiting = waitingWrites(station)) {
         if (waiting < least)
-            watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+            allow(watch, patienceMsecs());
         least = std::min(least, waiting);
         if (!tick(watch))
             return false;
@@ -211,7 +236,7 @@ bool LinkSession::awaitDrained(int station, Watch& watch) {
  *  out. */
 void LinkSession::awaitScan(const QVector<TagDefinition>& tags, Watch& watch) {
     const quint64 enough = m_port->statistics().asked() + 1 + scanFrames(tags) + 1;
-    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    allow(watch, patienceMsecs());
     while (m_port->statistics().asked() < enough && tick(watch)) {
     }
 }
@@ -223,17 +248,17 @@ void LinkSession::awaitFirstScan() {
     m_first_scan_due = false;
     const quint64 enough = m_port->statistics().asked() + scanFrames(m_polled) + 1;
     Watch watch;
-    watch.deadline = m_clock.msecsSinceBoot() + patienceMsecs();
+    allow(watch, patienceMsecs());
     while (m_port->statistics().asked() < enough && watch.error.isEmpty() && tick(watch)) {
     }
 }
 
 TagResult LinkSession::checkedWrite(const TagDefinition& tag, const QByteArray& data,
-                                    bool must_read_back) {
-    Watch watch;
-    watch.station = tag.station;
+                                    bool must_read_back, Watch& watch) {
     if (awaitDrained(tag.station, watch))
         awaitScan({tag}, watch);
+    if (m_clock.msecsSinceBoot() >= watch.limit)
+        return {QByteArray(), QStringLiteral("not confirmed in time")};
     TagResult result = read(tag);
     if (result.ok() && result.data == data)
         return result; // also when a first attempt failed
@@ -252,8 +277,8 @@ TagResult LinkSession::hand(const TagDefinition& tag, const QByteArray& data) {
     return {QByteArray(), failureText(tag.station)};
 }
 
-TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
-                             bool must_read_back) {
+TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data, bool must_read_back,
+                             qint64 deadline) {
     if (m_cancelled)
         return {QByteArray(), QLatin1String(Interrupted)};
     if (tag.address.kind != AddressKind::Data)
@@ -261,10 +286,13 @@ TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data,
     const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();
     setSession({tag});
     const auto restored = qScopeGuard([this] { setSession(m_polled); });
-    if (const Result<void> turn = awaitTurn(tag.station, others_polled); !turn)
+    Watch turn_watch, write_watch;
+    turn_watch.station = write_watch.station = tag.station;
+    turn_watch.limit = write_watch.limit = deadline;
+    if (const Result<void> turn = awaitTurn(turn_watch, others_polled); !turn)
         return {QByteArray(), turn.error()};
     const TagResult handed = hand(tag, data);
-    return handed.ok() ? checkedWrite(tag, data, must_read_back) : handed;
+    return handed.ok() ? checkedWrite(tag, data, must_read_back, write_watch) : handed;
 }
 
 } // namespace host

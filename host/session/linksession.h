@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QSet>
 
+#include <limits>
 #include <memory>
 
 namespace host {
@@ -41,7 +42,15 @@ public:
      *  link. Reading them then costs no exchange of its own. */
     void poll(const QVector<TagDefinition>& tags);
 
+    /** Starts the driver, which does nothing before its first access. The error is its
+     *  own text. */
+    Result<void> start();
+
     TagResult read(const TagDefinition& tag);
+
+    /** The bytes of @p dwords double words from @p address on, which are polled and
+     *  have been read: at once while the driver is not in error. */
+    QByteArray readDwords(int station, quint32 address, int dwords);
 
     /** In the order of @p tags, once the driver has had the time to fetch those that
      *  it keeps fresh in whole frames. After one failure the other tags of that station
@@ -53,8 +62,11 @@ public:
      *  @p must_read_back a controller that shows another value is an error even
      *  when the driver saw none. Meanwhile the driver polls nothing but @p tag, so
      *  that no other station's silence comes in between; a request that is already
-     *  out to one is waited for. Tags that are the driver's own are just written. */
-    TagResult write(const TagDefinition& tag, const QByteArray& data, bool must_read_back = true);
+     *  out to one is waited for. Tags that are the driver's own are just written. It
+     *  ends soon after @p deadline, ms of the clock, at the latest, and hands the
+     *  driver nothing after it. */
+    TagResult write(const TagDefinition& tag, const QByteArray& data, bool must_read_back = true,
+                    qint64 deadline = std::numeric_limits<qint64>::max());
 
     /** The driver's present error, empty when it has none. The driver shows an error
      *  only until its next success, on whatever station: look often. */
@@ -93,12 +105,14 @@ private:
 
     void setSession(const QVector<TagDefinition>& tags);
     QString failureText(int station);
-    Result<void> awaitTurn(int station, bool must_answer);
+    void allow(Watch& watch, qint64 msecs) const;
+    Result<void> awaitTurn(Watch& watch, bool must_answer);
     bool awaitDrained(int station, Watch& watch);
     void awaitScan(const QVector<TagDefinition>& tags, Watch& watch);
     void awaitFirstScan();
     TagResult hand(const TagDefinition& tag, const QByteArray& data);
-    TagResult checkedWrite(const TagDefinition& tag, const QByteArray& data, bool must_read_back);
+    TagResult checkedWrite(const TagDefinition& tag, const QByteArray& data, bool must_read_back,
+                           Watch& watch);
     bool tick(Watch& watch);
 
     Clock& m_clock;

@@ -8,8 +8,8 @@ namespace host {
 
 namespace {
 
-Result<std::unique_ptr<HostPort>> makePort(const Project& project, const LinkDefinition& link,
-                                           const PanelSetup& setup) {
+Result<std::unique_ptr<AttendedPort>> makePort(const Project& project, const LinkDefinition& link,
+                                               const PanelSetup& setup) {
     const Result<PortAddress> address = parsePortAddress(link.port);
     if (!address)
         return Failure(address.error());
@@ -18,9 +18,9 @@ Result<std::unique_ptr<HostPort>> makePort(const Project& project, const LinkDef
     options.frame_trace = setup.frame_trace;
     options.clock = setup.clock;
     options.care = link.care;
-    auto port = std::make_unique<HostPort>(makeChannel(*address, device), device,
-                                           link.driverSetting(project.defaultStation(link.id)),
-                                           setup.log, options);
+    auto port = std::make_unique<AttendedPort>(makeChannel(*address, device), device,
+                                               link.driverSetting(project.defaultStation(link.id)),
+                                               setup.log, options);
     if (!port->open())
         return Failure(port->lastError());
     return port;
@@ -36,9 +36,10 @@ Result<std::unique_ptr<PanelSession>> PanelSession::open(const Project& project,
     for (const LinkDefinition& link : project.links) {
         if (!link_ids.contains(link.id))
             continue;
-        Result<std::unique_ptr<HostPort>> port = makePort(project, link, setup);
+        Result<std::unique_ptr<AttendedPort>> port = makePort(project, link, setup);
         if (!port)
             return Failure(port.error());
+        session->m_ports[link.id] = port->get();
         // One driver serves one line: the root object the first, others the rest.
         auto driver = session->m_links.empty() ? plugin.takeRootDriver() : plugin.createDriver();
         session->m_links[link.id] =

@@ -1,6 +1,7 @@
 #ifndef HOST_SESSION_PANELSESSION_H
 #define HOST_SESSION_PANELSESSION_H
 
+#include "host/session/attendedport.h"
 #include "host/session/driverplugin.h"
 #include "host/session/linksession.h"
 
@@ -35,6 +36,9 @@ public:
     /** One of the links that were opened. */
     LinkSession& link(int id) { return *m_links.at(id); }
 
+    /** Where the thread of that link meets its driver's. */
+    LineAttendance& attendance(int id) { return m_ports.at(id)->attendance(); }
+
     /** Results in the order of @p tags, whose links must be open. */
     QVector<TagResult> readAll(const QVector<TagDefinition>& tags);
 
@@ -52,6 +56,7 @@ private:
     Clock& m_clock;
     std::atomic<bool> m_cancelled{false};
     std::map<int, std::unique_ptr<LinkSession>> m_links; // by LINKID
+    std::map<int, AttendedPort*> m_ports;                // the links' own
 };
 
 } // namespace host

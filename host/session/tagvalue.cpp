@@ -1,5 +1,6 @@
 #include "host/session/tagvalue.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace host {
@@ -36,15 +37,25 @@ void putElement(QByteArray& data, int bits, int index, quint32 value) {
         data[index * bytes + i] = char(value >> (8 * i));
 }
 
-QString floatText(quint32 image) {
+double floatOf(quint32 image) {
     float value = 0;
     std::memcpy(&value, &image, sizeof value);
-    return QString::number(double(value), 'g', 9)
+    return double(value);
+}
+
+QString floatText(quint32 image) {
+    return QString::number(floatOf(image), 'g', 9)
         .replace(QLatin1String("nan"), QLatin1String("NaN"));
 }
 
 qint32 signExtended(quint32 value, int bits) {
     return qint32(value << (32 - bits)) >> (32 - bits);
+}
+
+double numberOf(const TagType& type, quint32 value) {
+    if (type.shown == TagType::Shown::Float)
+        return floatOf(value);
+    return type.shown == TagType::Shown::Signed ? signExtended(value, type.bits) : value;
 }
 
 QString formatElement(const TagType& type, quint32 value, ValueFormat format) {
@@ -114,6 +125,30 @@ QStringList valueFormatNames() {
     for (const KnownFormat& known : KnownFormats)
         names.append(QLatin1String(known.name));
     return names;
+}
+
+QByteArray tagData(const TagDefinition& tag, const QByteArray& dwords) {
+    const int first_bit = tag.address.bit.value_or(0);
+    if (tag.type.bits > 1)
+        return dwords.left(tag.count * tag.type.bits / 8);
+    QByteArray data((tag.count + 7) / 8, '\0');
+    for (int i = 0; i < tag.count; ++i)
+        putElement(data, 1, i, elementAt(dwords, 1, first_bit + i));
+    return data;
+}
+
+bool differsByMoreThan(const TagDefinition& tag, const QByteArray& data, const QByteArray& other,
+                       double deadband) {
+    const int bits = tag.count * tag.type.bits;
+    if (data.size() * 8 < bits || other.size() * 8 < bits)
+        return true;
+    for (int i = 0; i < tag.count; ++i) {
+        const double difference = numberOf(tag.type, elementAt(data, tag.type.bits, i)) -
+                                  numberOf(tag.type, elementAt(other, tag.type.bits, i));
+        if (!(std::abs(difference) <= deadband)) // also when it is no number
+            return true;
+    }
+    return false;
 }
 
 QStringList formatElements(const TagDefinition& tag, const QByteArray& data, ValueFormat format) {

@@ -26,6 +26,16 @@ enum class ValueFormat {
 std::optional<ValueFormat> valueFormatByName(const QString& name);
 QStringList valueFormatNames();
 
+/** The tag's bytes out of the @p dwords that hold it, which are one after the
+ *  other, 4 bytes each. */
+QByteArray tagData(const TagDefinition& tag, const QByteArray& dwords);
+
+/** True when an element of @p data differs from that of @p other by more than
+ *  @p deadband, or cannot be compared: a floating value that is no number, or
+ *  missing elements. */
+bool differsByMoreThan(const TagDefinition& tag, const QByteArray& data, const QByteArray& other,
+                       double deadband);
+
 /** The elements of @p data, tag.count of them where it is complete. */
 QStringList formatElements(const TagDefinition& tag, const QByteArray& data, ValueFormat format);
 
