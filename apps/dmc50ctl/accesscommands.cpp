@@ -5,20 +5,16 @@
 #include <QSet>
 
 #include <algorithm>
-#include <unistd.h>
 
 using namespace host;
 
 namespace {
 
-const char HomeAndClear[] = "\x1b[H\x1b[J"; // redraws without the flicker of a full clear
-const char ClearScreen[] = "\x1b[2J";
-
-void print(const QVector<ValueRow>& rows, const Options& options, bool with_age) {
+void print(const QVector<ValueRow>& rows, const Options& options) {
     if (options.json)
         printLine(QString::fromStdString(valueJson(rows, options.format).dump()));
     else
-        printLine(valueTable(rows, options.format, with_age));
+        printLine(valueTable(rows, options.format, false));
 }
 
 /** Each different error once, for those who only see the standard error. */
@@ -45,24 +41,12 @@ QVector<ValueRow> readRows(PanelSession& session, const QVector<TagDefinition>& 
     return rows;
 }
 
-/** What is known of the station beside the value, which may be an old one. */
-void addStationState(PanelSession& session, QVector<ValueRow>& rows) {
-    for (ValueRow& row : rows) {
-        if (row.tag.address.kind != AddressKind::Data)
-            continue;
-        const LinkSession& link = session.link(row.tag.link_id);
-        row.age_ms = link.stationAgeMsecs(row.tag.station);
-        if (row.result.ok())
-            row.result.error = link.stationError(row.tag.station);
-    }
-}
-
 } // namespace
 
 int runRead(PanelSession& session, const Target& target, const Options& options) {
     session.poll(target.tags);
     const QVector<ValueRow> rows = readRows(session, target.tags);
-    print(rows, options, false);
+    print(rows, options);
     printErrors(rows);
     return allOk(rows) ? ExitOk : ExitCommunication;
 }
@@ -89,30 +73,7 @@ int runWrite(PanelSession& session, const Target& target, const QVector<QByteArr
         const TagDefinition& tag = target.tags[i];
         rows.append({tag, session.link(tag.link_id).write(tag, values[i], options.must_read_back)});
     }
-    print(rows, options, false);
+    print(rows, options);
     printErrors(rows);
     return allOk(rows) ? ExitOk : ExitCommunication;
-}
-
-int runWatch(PanelSession& session, const Target& target, const Options& options,
-             const std::atomic<bool>& interrupted) {
-    const bool redraw = !options.json && isatty(STDOUT_FILENO) == 1;
-    if (redraw)
-        fputs(ClearScreen, stdout);
-    session.poll(target.tags);
-    bool ok = true;
-    for (int round = 1; !interrupted; ++round) {
-        QVector<ValueRow> rows = readRows(session, target.tags);
-        if (interrupted)
-            break;
-        addStationState(session, rows);
-        ok = allOk(rows);
-        if (redraw)
-            fputs(HomeAndClear, stdout);
-        print(rows, options, true);
-        if (round == options.rounds)
-            return ok ? ExitOk : ExitCommunication;
-        session.observe(options.interval_ms);
-    }
-    return ExitOk;
 }

@@ -5,8 +5,6 @@
 #include "apps/dmc50ctl/valuetable.h"
 #include "host/session/panelsession.h"
 
-#include <atomic>
-
 /** The commands that talk to controllers. Each returns an exit status; they run
  *  on the communication thread and end soon after @p interrupted is set and the
  *  session cancelled. */
@@ -16,11 +14,6 @@ int runRead(host::PanelSession& session, const Target& target, const Options& op
 /** One tag after the other; the first failure ends it. */
 int runWrite(host::PanelSession& session, const Target& target, const QVector<QByteArray>& values,
              const Options& options);
-
-/** Redraws the table in place on a terminal; elsewhere prints one after the
- *  other, or with --json one array a line. */
-int runWatch(host::PanelSession& session, const Target& target, const Options& options,
-             const std::atomic<bool>& interrupted);
 
 /** The bytes of the texts in target.values; an error for each that does not fit its
  *  tag. */

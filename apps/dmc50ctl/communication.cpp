@@ -1,6 +1,10 @@
 #include "apps/dmc50ctl/communication.h"
 
+#include "apps/dmc50ctl/accesscommands.h"
+#include "apps/dmc50ctl/infocommand.h"
+#include "apps/dmc50ctl/interruption.h"
 #include "apps/dmc50ctl/recipecommands.h"
+#include "apps/dmc50ctl/watchcommand.h"
 #include "runtime/panel/kdevice.h"
 #include "trace/frametrace.h"
 
@@ -11,7 +15,6 @@
 #include <QTimer>
 
 #include <csignal>
-#include <mutex>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -20,32 +23,6 @@ using namespace host;
 namespace {
 
 constexpr int PatienceMsecs = 700; // of a second; the rest is for the program's end
-
-/** The session as both threads see it. */
-class Interruptible {
-public:
-    /** The communication thread's session from now on; null takes it away. */
-    void setSession(PanelSession* session) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_session = session;
-        if (m_session && m_interrupted)
-            m_session->cancel();
-    }
-
-    void interrupt() {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_interrupted = true;
-        if (m_session)
-            m_session->cancel();
-    }
-
-    const std::atomic<bool>& interrupted() const { return m_interrupted; }
-
-private:
-    std::mutex m_mutex; // guards m_session
-    PanelSession* m_session = nullptr;
-    std::atomic<bool> m_interrupted{false};
-};
 
 /** Receives SIGINT and SIGTERM on a descriptor. Made before any thread, since
  *  threads inherit that the signals are blocked. */
@@ -93,7 +70,7 @@ private:
     QVector<QByteArray> m_values;
     QFile m_trace_file;
     std::unique_ptr<PanelOperator> m_panel; // of a transfer
-    Interruptible m_shared;
+    Interruption m_interruption;
     int m_status = ExitCommunication; // the communication thread's until it has ended
 };
 
@@ -123,7 +100,7 @@ void Communication::tellInterruption() const {
 }
 
 int Communication::exitStatus(int status) const {
-    if (!m_shared.interrupted())
+    if (!m_interruption.interrupted())
         return status;
     return m_options.command == Options::Command::Watch ? ExitOk : ExitInterrupted;
 }
@@ -133,11 +110,11 @@ int Communication::runCommand(PanelSession& session) {
     case Options::Command::Write:
         return runWrite(session, m_target, m_values, m_options);
     case Options::Command::Watch:
-        return runWatch(session, m_target, m_options, m_shared.interrupted());
+        return runWatch(session, m_target, m_options, m_interruption);
     case Options::Command::RecipePull:
     case Options::Command::RecipePush:
     case Options::Command::RecipeTemplate:
-        return runRecipe(session, m_target, *m_panel, m_options, m_shared.interrupted());
+        return runRecipe(session, m_target, *m_panel, m_options, m_interruption.interrupted());
     default:
         return runRead(session, m_target, m_options);
     }
@@ -146,14 +123,18 @@ int Communication::runCommand(PanelSession& session) {
 /** The communication thread, from the first opening of a port to the end of the
  *  last driver. */
 void Communication::work(const PanelSetup& setup) {
+    if (m_options.command == Options::Command::Info) {
+        m_status = runInfo(m_plugin, m_target, m_options, setup, m_interruption);
+        return;
+    }
     const auto session = PanelSession::open(m_target.project, m_target.linkIds(), m_plugin, setup);
     if (!session) {
         printError(session.error());
         return;
     }
-    m_shared.setSession(session->get());
+    m_interruption.setEnding([&session] { (*session)->cancel(); });
     m_status = runCommand(**session);
-    m_shared.setSession(nullptr);
+    m_interruption.setEnding(nullptr);
 }
 
 int Communication::run(const std::function<void()>& clean_up) {
@@ -173,7 +154,7 @@ int Communication::run(const std::function<void()>& clean_up) {
     QSocketNotifier notifier(end_signals.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, qApp, [&] {
         notifier.setEnabled(false);
-        m_shared.interrupt();
+        m_interruption.interrupt();
         tellInterruption();
         QTimer::singleShot(PatienceMsecs, qApp, [&] {
             clean_up();

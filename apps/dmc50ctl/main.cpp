@@ -3,6 +3,7 @@
 #include "apps/dmc50ctl/infocommand.h"
 #include "apps/dmc50ctl/recipefilecommands.h"
 #include "apps/dmc50ctl/silentline.h"
+#include "apps/dmc50ctl/valuetable.h"
 #include "host/project/paneldirectory.h"
 #include "host/transfer/privatestick.h"
 
@@ -69,8 +70,8 @@ int runWithDriver(const Options& options, const QString& place,
     const Result<std::unique_ptr<DriverPlugin>> plugin = loadDriver(options, place);
     if (!plugin)
         return fail({plugin.error()}, ExitCommunication);
-    if (options.command == Options::Command::Info)
-        return runInfo(**plugin, target ? &target->project : nullptr, options);
+    if (!target)
+        return runDriverInfo(**plugin, options);
     return runAccess(options, *target, **plugin);
 }
 

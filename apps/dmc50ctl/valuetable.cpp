@@ -1,6 +1,10 @@
 #include "apps/dmc50ctl/valuetable.h"
 
+#include "apps/dmc50ctl/stationtable.h"
+
 #include <nlohmann/json.hpp>
+
+#include <QDateTime>
 
 #include <algorithm>
 #include <cmath>
@@ -57,6 +61,17 @@ nlohmann::ordered_json elementsJson(const ValueRow& row, ValueFormat format) {
     return row.tag.count == 1 ? values.front() : values;
 }
 
+void addWatched(nlohmann::ordered_json& entry, const Watched& watched) {
+    const TagState& state = watched.state;
+    entry["quality"] = qualityName(state.quality);
+    if (state.when.utc_msecs >= 0)
+        entry["time"] = QDateTime::fromMSecsSinceEpoch(state.when.utc_msecs, Qt::UTC)
+                            .toString(Qt::ISODateWithMs)
+                            .toStdString();
+    entry["sequence"] = state.sequence;
+    entry["station_health"] = healthJson(watched.health, watched.now);
+}
+
 } // namespace
 
 QString alignedColumns(const QVector<QStringList>& rows) {
@@ -111,6 +126,8 @@ nlohmann::ordered_json valueJson(const QVector<ValueRow>& rows, ValueFormat form
                                         {"unit", tag.unit.toStdString()}};
         if (row.age_ms >= 0)
             entry["age_ms"] = row.age_ms;
+        if (row.watched)
+            addWatched(entry, *row.watched);
         if (!row.result.ok())
             entry["error"] = row.result.error.toStdString();
         array.push_back(entry);
