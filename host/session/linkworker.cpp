@@ -34,12 +34,12 @@ LinkWorker::LinkWorker(LinkSession& session, LineAttendance& attendance, ValueBo
     , m_attendance(attendance)
     , m_board(board)
     , m_clock(*setup.clock)
-    , m_moments(setup.moments)
+    , m_moments{[&session] { return session.port().usecs(); }, setup.utc_msecs}
     , m_polled(tagsOf(board, ids, true))
     , m_own(tagsOf(board, ids, false))
     , m_stations(stationsOf(board, m_polled))
-    , m_desk(session, board, m_clock, setup.moments, setup.journal_path)
-    , m_reader(session, board, m_polled, setup.moments)
+    , m_desk(session, board, m_clock, m_moments, setup.journal_path)
+    , m_reader(session, board, m_polled, m_moments)
     , m_thread([this] { run(); }) {}
 
 LinkWorker::~LinkWorker() {
@@ -81,11 +81,15 @@ bool LinkWorker::startDriver() {
 
 void LinkWorker::workOnce() {
     readOwnTagsWhenDue();
-    const qint64 until_own = m_own_due - m_clock.msecsSinceBoot();
-    const qint64 patience = m_own.empty() ? qint64(LongestWaitMsecs) : until_own;
-    if (!m_desk.hasOrders() && m_attendance.await(int(std::max<qint64>(patience, 0))))
+    const qint64 now = m_clock.msecsSinceBoot();
+    qint64 due = now + LongestWaitMsecs;
+    if (!m_own.empty())
+        due = std::min(due, m_own_due);
+    if (m_desk.hasOrders())
+        due = std::min(due, m_write_due);
+    if (m_attendance.await(int(std::max<qint64>(due - now, 0))))
         serveExchange();
-    else if (!m_stopped && m_desk.hasOrders())
+    else if (!m_stopped && m_desk.hasOrders() && m_clock.msecsSinceBoot() >= m_write_due)
         carryOutWrite();
 }
 
@@ -94,13 +98,17 @@ void LinkWorker::serveExchange() {
     m_reader.publish(m_attendance.release());
 }
 
-/** Meanwhile the session is another one and the driver is waited for. */
+/** Meanwhile the session is another one and the driver is waited for. Then reading
+ *  has the line for as long, before the next write. */
 void LinkWorker::carryOutWrite() {
+    const qint64 start = m_clock.msecsSinceBoot();
     m_attendance.leave();
     const TagDefinition* const written = m_desk.carryOutNext();
     if (written && written->address.kind == AddressKind::Data)
         m_reader.sessionWas(*written);
     m_attendance.attend();
+    const qint64 end = m_clock.msecsSinceBoot();
+    m_write_due = end + (end - start);
 }
 
 void LinkWorker::readOwnTagsWhenDue() {

@@ -4,6 +4,8 @@
 #include "host/session/lineattendance.h"
 #include "host/session/writedesk.h"
 
+#include <QDateTime>
+
 #include <atomic>
 #include <set>
 #include <thread>
@@ -16,7 +18,7 @@ struct HubSetup {
      *  writes are refused. */
     QString journal_path;
     Clock* clock = &Clock::system();
-    MomentSource moments; // none: the machine's
+    std::function<qint64()> utc_msecs = QDateTime::currentMSecsSinceEpoch;
 };
 
 /** The thread of one link: the only one that deals with its driver. It brings
@@ -64,7 +66,7 @@ private:
     std::atomic<bool> m_stopped{false};
     WriteDesk m_desk;
     LinkReader m_reader; // the thread's
-    qint64 m_own_due = 0;
+    qint64 m_own_due = 0, m_write_due = 0; // the clock's time, ms; the thread's
     std::thread m_thread; // last: all else is there when it starts
 };
 

@@ -55,7 +55,8 @@ qint32 signExtended(quint32 value, int bits) {
 double numberOf(const TagType& type, quint32 value) {
     if (type.shown == TagType::Shown::Float)
         return floatOf(value);
-    return type.shown == TagType::Shown::Signed ? signExtended(value, type.bits) : value;
+    return type.shown == TagType::Shown::Signed ? double(signExtended(value, type.bits))
+                                                : double(value);
 }
 
 QString formatElement(const TagType& type, quint32 value, ValueFormat format) {

@@ -1,26 +1,9 @@
 #include "host/session/valuehub.h"
 
-#include "trace/frametrace.h"
-
-#include <QDateTime>
-
 namespace host {
-
-namespace {
-
-HubSetup completed(HubSetup setup) {
-    if (!setup.moments.monotonic_usecs)
-        setup.moments.monotonic_usecs = trace::monotonicMicroseconds;
-    if (!setup.moments.utc_msecs)
-        setup.moments.utc_msecs = QDateTime::currentMSecsSinceEpoch;
-    return setup;
-}
-
-} // namespace
 
 ValueHub::ValueHub(PanelSession& session, const QVector<TagDefinition>& tags, const HubSetup& setup)
     : m_clock(*setup.clock), m_board(tags, *setup.clock) {
-    const HubSetup complete = completed(setup);
     std::map<int, std::vector<TagId>> by_link;
     for (TagId id = 0; id < m_board.size(); ++id) {
         by_link[tag(id).link_id].push_back(id);
@@ -28,7 +11,7 @@ ValueHub::ValueHub(PanelSession& session, const QVector<TagDefinition>& tags, co
     }
     for (const auto& [link_id, ids] : by_link)
         m_workers[link_id] = std::make_unique<LinkWorker>(
-            session.link(link_id), session.attendance(link_id), m_board, ids, complete);
+            session.link(link_id), session.attendance(link_id), m_board, ids, setup);
 }
 
 ValueHub::~ValueHub() {

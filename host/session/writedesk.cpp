@@ -46,11 +46,17 @@ const TagDefinition* WriteDesk::carryOutNext() {
 }
 
 void WriteDesk::close() {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_closed = true;
+    }
+    while (carryOutNext()) {
+    }
+}
+
+bool WriteDesk::isClosed() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_closed = true;
-    for (const auto& order : m_orders)
-        order->finish(Closing);
-    m_orders.clear();
+    return m_closed;
 }
 
 /** The journal has a line before the driver hears of the write, and the outcome
@@ -68,6 +74,8 @@ void WriteDesk::carryOut(WriteOrder& order) {
 }
 
 WriteResult WriteDesk::write(WriteOrder& order) {
+    if (isClosed())
+        return Closing;
     const TagDefinition& tag = m_board.tag(order.tag());
     const StationHealth health = m_session.port().stationHealth(tag.station);
     if (tag.address.kind == AddressKind::Data &&

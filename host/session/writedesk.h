@@ -28,10 +28,12 @@ public:
      *  at the longest, and returns its tag; null when there is none. */
     const TagDefinition* carryOutNext();
 
-    /** Link's thread, at its end: refuses what waits and all that comes. */
+    /** Link's thread, at its end: refuses what waits, with a line each, and
+     *  all that comes. */
     void close();
 
 private:
+    bool isClosed() const;
     void carryOut(WriteOrder& order);
     WriteResult write(WriteOrder& order);
     WriteResult refusedByDownStation(const TagDefinition& tag);

@@ -1,10 +1,12 @@
 // Values from the command line through driver, pty and simulator, and back.
 #include "tests/e2e/programs.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +143,92 @@ TEST(EndToEnd, WatchesValuesThatMove) {
               rounds[1].section("\"value\":", 1).section(',', 0, 0));
 }
 
+TEST(EndToEnd, WatchesWithTheStateOfValuesAndStations) {
+    SimulatedLine line;
+    line.command("set 1 0x10 7");
+    const QStringList watch = {"--timeout", "500", "--retries", "0",     "watch",
+                               "--count",   "1",   "NA10",      "2-NA20"};
+    const Ended json = control(QStringList{"--port", line.port(), "--json"} + watch);
+    EXPECT_EQ(json.status, 1) << "a station is absent";
+    const QJsonArray values = jsonArray(json);
+    ASSERT_EQ(values.size(), 2) << qPrintable(json.errors);
+    const QJsonObject good = values[0].toObject();
+    EXPECT_EQ(good["value"].toInt(), 7);
+    EXPECT_EQ(good["quality"].toString(), QString("good"));
+    EXPECT_GE(good["sequence"].toInt(), 1);
+    const QDateTime time = QDateTime::fromString(good["time"].toString(), Qt::ISODateWithMs);
+    EXPECT_LT(time.msecsTo(QDateTime::currentDateTimeUtc()), 60000);
+    const QJsonObject up = good["station_health"].toObject();
+    EXPECT_EQ(up["state"].toString(), QString("up"));
+    EXPECT_GT(up["worst_ms"].toDouble(), 0);
+    EXPECT_GE(up["worst_ms"].toDouble(), up["answer_ms"].toDouble());
+    EXPECT_TRUE(up.contains("since_s") && up.contains("withheld"));
+    const QJsonObject bad = values[1].toObject();
+    EXPECT_TRUE(bad["value"].isNull());
+    EXPECT_EQ(bad["quality"].toString(), QString("bad"));
+    EXPECT_EQ(bad["error"].toString(),
+              QString("read station id#2 start address 00000020:DMC50 no response"));
+    EXPECT_FALSE(bad["station_health"].toObject().contains("worst_ms"));
+
+    const Ended table = control(QStringList{"--port", line.port()} + watch);
+    EXPECT_TRUE(table.output.contains(QRegularExpression(
+        "\n\nSTATION +STATE +SINCE +ANSWER +WORST +WITHHELD\n1 +up +[\\d.]+ s +[\\d.]+ ms")))
+        << qPrintable(table.output);
+}
+
+TEST(EndToEnd, ShowsAChangeOnATerminalBeforeTheNextRound) {
+    SimulatedLine line;
+    line.command("set 1 0x10 111");
+    TerminalProgram program({"--port", line.port(), "watch", "--interval", "600", "NA10"});
+    ASSERT_TRUE(program.awaitOutput(" 111 "));
+    line.command("set 1 0x10 222");
+    EXPECT_TRUE(program.awaitOutput(" 222 "));
+}
+
+TEST(EndToEnd, LetsNoSlowLinkDelayAnother) {
+    SimulatedLine silent({"--fault", "silence"});
+    SimulatedLine line;
+    line.command("set 1 0x10 5");
+    const QTemporaryDir directory;
+    QFile file(directory.filePath("panel.toml"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const auto add = [&](const char* name, const QString& port, const char* panel_port) {
+        file.write(QStringLiteral("[[link]]\nname = \"%1\"\nport = \"%2\"\nhmiport = \"%3\"\n"
+                                  "timeout = 60000\nretry = 9\n"
+                                  "[[node]]\nlink = \"%1\"\nstation = 1\ndefault = true\n"
+                                  "[[tag]]\nlink = \"%1\"\nname = \"of %1\"\naddress = \"NA10\"\n")
+                       .arg(QLatin1String(name), port, QLatin1String(panel_port))
+                       .toUtf8());
+    };
+    add("a silent one", silent.port(), "COM1");
+    add("a fast one", line.port(), "COM2");
+    file.close();
+    TerminalProgram program({"--project", directory.path(), "watch", "--interval", "600"});
+    EXPECT_TRUE(program.awaitOutput(" 5 ")) << qPrintable(program.output());
+    line.command("set 1 0x10 6");
+    EXPECT_TRUE(program.awaitOutput(" 6 "));
+}
+
+TEST(EndToEnd, TellsHowTheStationsOfAProjectAre) {
+    SimulatedLine line(TwoStations);
+    line.command("station 2 silent");
+    const Ended ended = control(onSample(line.port(), {"--json", "--timeout", "300", "info"}));
+    EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
+    const QJsonObject link =
+        QJsonDocument::fromJson(ended.output.toUtf8()).object()["links"].toArray()[0].toObject();
+    EXPECT_EQ(link["line"].toString(), QString("open"));
+    const QJsonArray stations = link["station_health"].toArray();
+    ASSERT_EQ(stations.size(), 2);
+    EXPECT_EQ(stations[0].toObject()["station"].toInt(), 1);
+    EXPECT_EQ(stations[0].toObject()["state"].toString(), QString("up"));
+    EXPECT_GT(stations[0].toObject()["answer_ms"].toDouble(), 0);
+    EXPECT_EQ(stations[1].toObject()["station"].toInt(), 2);
+    EXPECT_NE(stations[1].toObject()["state"].toString(), QString("up"));
+    const Ended table = control(onSample(line.port(), {"--timeout", "300", "info"}));
+    EXPECT_TRUE(table.output.contains(QRegularExpression("station 1 +up since ")))
+        << qPrintable(table.output);
+}
+
 TEST(EndToEnd, TellsAboutDriverAndProjectWithoutALine) {
     const Ended ended = control({"--json", "info", "--project", SAMPLE_PROJECT});
     EXPECT_EQ(ended.status, 0) << qPrintable(ended.errors);
@@ -148,4 +236,6 @@ TEST(EndToEnd, TellsAboutDriverAndProjectWithoutALine) {
     EXPECT_EQ(info["driver"].toObject()["name"].toString(), QString("DMC50 v3"));
     EXPECT_EQ(info["driver"].toObject()["timeout_ms"].toInt(), 9000);
     EXPECT_EQ(info["links"].toArray()[0].toObject()["stations"].toArray(), QJsonArray({1, 2}));
+    EXPECT_EQ(info["links"].toArray()[0].toObject()["line"].toString(),
+              QString("/dev/ttyUSB0: no such device"));
 }

@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <poll.h>
+#include <pty.h>
+#include <unistd.h>
 
 namespace {
 
@@ -84,6 +87,40 @@ Ended ControlProgram::end() {
     ended.output = m_output;
     ended.errors = QString::fromUtf8(m_process.readAllStandardError());
     return ended;
+}
+
+TerminalProgram::TerminalProgram(const QStringList& arguments) {
+    int theirs = -1;
+    char path[128];
+    EXPECT_EQ(openpty(&m_terminal, &theirs, path, nullptr, nullptr), 0);
+    m_process.setStandardOutputFile(QString::fromLocal8Bit(path));
+    m_process.start(QStringLiteral(DMC50CTL), arguments);
+    EXPECT_TRUE(m_process.waitForStarted(EndMsecs));
+    ::close(theirs);
+}
+
+TerminalProgram::~TerminalProgram() {
+    m_process.kill();
+    m_process.waitForFinished(EndMsecs);
+    ::close(m_terminal);
+}
+
+bool TerminalProgram::awaitOutput(const QByteArray& text) {
+    QElapsedTimer waited;
+    waited.start();
+    while (!m_output.contains(text)) {
+        pollfd readable = {m_terminal, POLLIN, 0};
+        char buffer[4096];
+        const auto count =
+            ::poll(&readable, 1, int(qMax<qint64>(0, EndMsecs - waited.elapsed()))) > 0
+                ? ::read(m_terminal, buffer, sizeof buffer)
+                : 0;
+        if (count <= 0)
+            return false;
+        m_output.append(buffer, int(count));
+    }
+    m_output.remove(0, m_output.indexOf(text) + text.size());
+    return true;
 }
 
 Ended control(const QStringList& arguments) {

@@ -61,6 +61,26 @@ private:
     QString m_output;
 };
 
+/** A running dmc50ctl whose standard output is a terminal. */
+class TerminalProgram {
+public:
+    explicit TerminalProgram(const QStringList& arguments);
+    TerminalProgram(const TerminalProgram&) = delete;
+    TerminalProgram& operator=(const TerminalProgram&) = delete;
+    ~TerminalProgram();
+
+    /** Waits until the standard output has shown @p text since the last such wait;
+     *  false after 60 s. */
+    bool awaitOutput(const QByteArray& text);
+
+    QByteArray output() const { return m_output; }
+
+private:
+    QProcess m_process;
+    int m_terminal = -1; // our end
+    QByteArray m_output; // since the last wait
+};
+
 /** Runs dmc50ctl to its end. */
 Ended control(const QStringList& arguments);
 

@@ -152,6 +152,23 @@ TEST_F(HubAtWork, ShowsAWrittenValueInItsTime) {
     }
 }
 
+TEST_F(HubAtWork, GoesOnReadingBetweenWritesThatWaitInALine) {
+    start({"Zone 1 set point", "Gas flow"});
+    ASSERT_TRUE(awaitQuality("Gas flow", Quality::Good));
+    std::vector<std::shared_ptr<WriteOrder>> orders;
+    for (const char* value : {"850", "851", "852", "853"})
+        orders.push_back(m_hub->write(id("Zone 1 set point"),
+                                      *parseValue(tag("Zone 1 set point"), QLatin1String(value)),
+                                      QStringLiteral("a test"), PatienceMsecs));
+    EXPECT_EQ(orders[0]->await().outcome, WriteOutcome::Confirmed);
+    quint64 sequence = m_hub->read(id("Gas flow")).sequence;
+    for (std::size_t i = 1; i < orders.size(); ++i) {
+        EXPECT_EQ(orders[i]->await().outcome, WriteOutcome::Confirmed);
+        EXPECT_GT(m_hub->read(id("Gas flow")).sequence, sequence);
+        sequence = m_hub->read(id("Gas flow")).sequence;
+    }
+}
+
 TEST_F(HubAtWork, RefusesAWriteToAStationThatIsDownAtOnceWithTheDriversText) {
     m_line.command("station 2 silent");
     start({"Zone 1 set point", "Gas flow"});

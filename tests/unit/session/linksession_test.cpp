@@ -1,6 +1,7 @@
 #include "host/session/linksession.h"
 
 #include "tests/unit/line/scriptedchannel.h"
+#include "tests/unit/session/datatag.h"
 #include "tests/unit/session/scripteddriver.h"
 
 #include <gtest/gtest.h>
@@ -11,18 +12,6 @@ namespace {
 
 constexpr int TimeoutMsecs = 4000;
 constexpr qint64 PatienceMsecs = 2 * TimeoutMsecs; // with one retry
-
-TagDefinition dataTag(const char* address_text, int station = 1, const char* type = "dword",
-                      int count = 1) {
-    TagDefinition tag;
-    tag.name = QLatin1String(address_text);
-    tag.address = *parseProjectAddress(tag.name);
-    tag.type = *tagTypeByName(QLatin1String(type));
-    tag.count = count;
-    tag.link_id = 1;
-    tag.station = station;
-    return tag;
-}
 
 class LinkSessionTest : public ::testing::Test {
 protected:

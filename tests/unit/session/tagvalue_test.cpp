@@ -101,3 +101,36 @@ TEST(TagValue, KnowsItsFormatsByName) {
     EXPECT_EQ(valueFormatByName(QStringLiteral("bits")), ValueFormat::Bits);
     EXPECT_FALSE(valueFormatByName(QStringLiteral("octal")));
 }
+
+TEST(TagValue, IsTakenOutOfTheDoubleWordsThatHoldIt) {
+    const QByteArray dwords("\xf0\x01\x02\x03\x04\x05\x06\x07", 8);
+    EXPECT_EQ(tagData(tagOf("dword", 2), dwords), dwords);
+    EXPECT_EQ(tagData(tagOf("word", 3), dwords), dwords.left(6));
+    EXPECT_EQ(tagData(tagOf("byte"), dwords), dwords.left(1));
+    TagDefinition bits = tagOf("bit", 9);
+    EXPECT_EQ(tagData(bits, dwords), QByteArray("\xf0\x01", 2));
+    bits.address.bit = 4;
+    EXPECT_EQ(tagData(bits, dwords), QByteArray("\x1f\x00", 2));
+    for (const char* type : {"bit", "byte", "word", "float"}) {
+        const TagDefinition tag = tagOf(type);
+        EXPECT_EQ(tagData(tag, dwords).size(), tag.command().getDataSize()) << type;
+    }
+}
+
+TEST(TagValue, DiffersByMoreThanADeadbandOnceOneElementDoes) {
+    const auto differs = [](const char* type, const char* one, const char* other, double deadband,
+                            int count = 1) {
+        return differsByMoreThan(tagOf(type, count), bytesOf(type, one, count),
+                                 bytesOf(type, other, count), deadband);
+    };
+    EXPECT_FALSE(differs("dword", "10", "12", 2));
+    EXPECT_TRUE(differs("dword", "10", "13", 2));
+    EXPECT_TRUE(differs("dword", "0", "4294967295", 1000)) << "unsigned";
+    EXPECT_FALSE(differs("int16", "-1", "1", 2)) << "signed";
+    EXPECT_FALSE(differs("float", "21.5", "21.25", 0.25));
+    EXPECT_TRUE(differs("float", "21.5", "21", 0.25));
+    EXPECT_TRUE(differs("float", "nan", "nan", 1e9));
+    EXPECT_TRUE(differs("word", "1,2,3", "1,2,6", 2, 3));
+    EXPECT_FALSE(differs("word", "1,2,3", "3,2,1", 2, 3));
+    EXPECT_TRUE(differsByMoreThan(tagOf("dword"), QByteArray(), QByteArray(4, '\0'), 5));
+}
