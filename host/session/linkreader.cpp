@@ -1,7 +1,5 @@
 #include "host/session/linkreader.h"
 
-#include "host/session/drivererror.h"
-
 namespace host {
 
 LinkReader::LinkReader(LinkSession& session, ValueBoard& board, const std::vector<TagId>& ids,
@@ -19,11 +17,12 @@ LinkReader::LinkReader(LinkSession& session, ValueBoard& board, const std::vecto
 }
 
 void LinkReader::take(const std::vector<Exchange>& shown) {
-    const QString error = m_session.lookForError();
-    if (!error.isEmpty()) {
-        countFailure(error);
+    const QString text = m_session.lookForError();
+    if (const std::optional<DriverError> error = readDriverError(text)) {
+        countFailure(text, *error);
         return;
     }
+    // Any other error is an old one of the driver's start, which the next read ends.
     for (const Exchange& exchange : shown) {
         if (!exchange.is_write && !mayBeForgotten(exchange))
             takeFrame(exchange);
@@ -73,15 +72,12 @@ void LinkReader::publish(bool is_sure) {
     m_taken.clear();
 }
 
-void LinkReader::countFailure(const QString& text) {
-    const std::optional<DriverError> error = readDriverError(text);
-    if (!error || !error->read_from)
+void LinkReader::countFailure(const QString& text, const DriverError& error) {
+    const auto station = m_stations.find(error.station);
+    if (!error.read_from || station == m_stations.end())
         return;
-    const auto station = m_stations.find(error->station);
-    if (station == m_stations.end())
-        return;
-    const std::optional<int> frame = station->second.frameAt(*error->read_from);
-    if (!frame || ++m_failures[{error->station, *frame}] < m_attempts)
+    const std::optional<int> frame = station->second.frameAt(*error.read_from);
+    if (!frame || ++m_failures[{error.station, *frame}] < m_attempts)
         return;
     for (const TagId id : station->second.tags(*frame))
         m_board.fail(id, text);

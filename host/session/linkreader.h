@@ -2,6 +2,7 @@
 #define HOST_SESSION_LINKREADER_H
 
 #include "host/line/exchange.h"
+#include "host/session/drivererror.h"
 #include "host/session/linksession.h"
 #include "host/session/polledstation.h"
 #include "host/session/valueboard.h"
@@ -60,7 +61,7 @@ private:
 
     bool mayBeForgotten(const Exchange& exchange);
     void takeFrame(const Exchange& exchange);
-    void countFailure(const QString& text);
+    void countFailure(const QString& text, const DriverError& error);
 
     LinkSession& m_session;
     ValueBoard& m_board;

@@ -65,9 +65,9 @@ private:
     std::set<int> m_stations;
     std::atomic<bool> m_stopped{false};
     WriteDesk m_desk;
-    LinkReader m_reader; // the thread's
+    LinkReader m_reader;                   // the thread's
     qint64 m_own_due = 0, m_write_due = 0; // the clock's time, ms; the thread's
-    std::thread m_thread; // last: all else is there when it starts
+    std::thread m_thread;                  // last: all else is there when it starts
 };
 
 } // namespace host

@@ -94,8 +94,8 @@ std::vector<PolledStation::Value> PolledStation::values(int frame) const {
             });
         if (placed.last() >= endOf(frame) || oldest.monotonic_usecs < 0)
             continue;
-        const QByteArray dwords = QByteArray::fromRawData(
-            m_dwords.constData() + placed.first * DwordBytes, placed.dwords * DwordBytes);
+        const QByteArray dwords =
+            m_dwords.mid(placed.first * DwordBytes, placed.dwords * DwordBytes);
         values.push_back({placed.tag.id, tagData(*placed.tag.definition, dwords), oldest});
     }
     return values;

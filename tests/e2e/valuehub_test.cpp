@@ -3,6 +3,9 @@
 #include "host/session/valuehub.h"
 #include "tests/e2e/sampleproject.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -106,6 +109,24 @@ TEST_F(HubAtWork, MakesTheSameBytesOfEveryTagAsTheDriver) {
                         !m_changes->mailbox().take().empty());
         EXPECT_EQ(m_hub->read(id).data, expected[id].data) << qPrintable(m_hub->tag(id).name);
     }
+}
+
+TEST_F(HubAtWork, ReadsTheDriversOwnTagsBesideTheOthers) {
+    start({"Waiting writes", "Zone 1 set point"});
+    EXPECT_TRUE(awaitQuality("Waiting writes", Quality::Good));
+    EXPECT_EQ(number(m_hub->read(id("Waiting writes")), "Waiting writes"), 0);
+    EXPECT_EQ(write("Zone 1 set point", "850").outcome, WriteOutcome::Confirmed);
+}
+
+TEST_F(HubAtWork, TellsWhyTheDriverDoesNotStartAndStartsItWhenItCan) {
+    const QString database = panelDirectory() + "/compile/database/database";
+    ASSERT_TRUE(QFile::rename(database, database + ".away"));
+    ASSERT_TRUE(QDir().mkdir(database)); // nobody, not even root, can read it as a file
+    start({"Zone 1 set point"});
+    ASSERT_TRUE(awaitQuality("Zone 1 set point", Quality::Bad));
+    EXPECT_EQ(m_hub->read(0).text, QString("can not open database"));
+    ASSERT_TRUE(QDir().rmdir(database) && QFile::rename(database + ".away", database));
+    EXPECT_TRUE(awaitQuality("Zone 1 set point", Quality::Good));
 }
 
 TEST_F(HubAtWork, KeepsTheOldValueOfASilentStationWithTheDriversText) {

@@ -91,6 +91,12 @@ TEST_F(LinkReaderTest, AsksTheDriverNothingWhileItIsInError) {
     EXPECT_EQ(m_driver.asked, QStringList());
 }
 
+TEST_F(LinkReaderTest, ReadsWhileTheDriverStillShowsWhyItDidNotStart) {
+    m_driver.error = QStringLiteral("can not open database");
+    show({exchange(1, {0x10})});
+    EXPECT_EQ(m_board.read(0).quality, Quality::Good);
+}
+
 TEST_F(LinkReaderTest, DropsWhatIsNotSure) {
     show({exchange(1, {0x10})}, false);
     EXPECT_EQ(m_board.read(0).sequence, 0u);

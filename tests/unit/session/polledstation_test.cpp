@@ -79,6 +79,16 @@ TEST_F(PolledStationTest, GivesEachTagOnceItsLastPartHasCome) {
     EXPECT_EQ(block[0].when.monotonic_usecs, 1000) << "its oldest part";
 }
 
+TEST_F(PolledStationTest, DoesNotChangeWhatItHasGiven) {
+    m_station.store(0, QByteArray(200, '\0'), {1000, 1});
+    m_station.store(1, counted(0, 11), {2000, 2});
+    const QByteArray given = m_station.values(1).at(0).data;
+    const QByteArray copy(given.constData(), given.size());
+    m_station.store(1, counted(20, 11), {3000, 3});
+    EXPECT_EQ(given, copy);
+    EXPECT_NE(m_station.values(1).at(0).data, copy);
+}
+
 TEST_F(PolledStationTest, GivesNoTagAPartOfWhichIsUnknown) {
     m_station.store(1, counted(49, 11), {2000, 2});
     EXPECT_TRUE(m_station.values(1).empty());
