@@ -96,22 +96,11 @@ QVector<TagDefinition> tagsToAsk(const Project& project, int link_id) {
     return tags;
 }
 
-bool isEverythingTried(const ValueHub& hub) {
-    for (TagId id = 0; id < hub.size(); ++id) {
-        if (hub.read(id).sequence == 0)
-            return false;
-    }
-    return true;
-}
-
 /** Until every station has shown how it is, or the time is over. */
 std::vector<StationStatus> listen(PanelSession& session, const QVector<TagDefinition>& tags,
                                   Interruption& interruption) {
     ValueHub hub(session, tags, HubSetup());
-    std::vector<TagId> ids;
-    for (TagId id = 0; id < hub.size(); ++id)
-        ids.push_back(id);
-    const std::unique_ptr<Subscription> changes = hub.subscribe(ids);
+    const std::unique_ptr<Subscription> changes = hub.subscribe(hub.allTags());
     const auto taken_away = qScopeGuard([&] { interruption.setEnding(nullptr); });
     interruption.setEnding([&] {
         hub.stop();
@@ -119,7 +108,7 @@ std::vector<StationStatus> listen(PanelSession& session, const QVector<TagDefini
     });
     Clock& clock = Clock::system();
     const qint64 end = clock.msecsSinceBoot() + ListeningMsecs;
-    while (!interruption.interrupted() && !isEverythingTried(hub) && clock.msecsSinceBoot() < end) {
+    while (!interruption.interrupted() && !hub.hasTriedAll() && clock.msecsSinceBoot() < end) {
         if (changes->mailbox().await(int(end - clock.msecsSinceBoot())))
             changes->mailbox().take();
     }

@@ -10,7 +10,6 @@
 #include <QScopeGuard>
 
 #include <algorithm>
-#include <numeric>
 #include <unistd.h>
 
 using namespace host;
@@ -41,8 +40,6 @@ public:
     int run();
 
 private:
-    std::vector<TagId> allTags() const;
-    bool isEverythingTried() const;
     void awaitRound(qint64 due, bool is_first);
     QVector<ValueRow> rows(const std::vector<StationStatus>& stations) const;
     bool show();
@@ -65,20 +62,8 @@ Watching::Watching(PanelSession& session, const Target& target, const Options& o
     , m_interruption(interruption)
     , m_redraw(!options.json && isatty(STDOUT_FILENO) == 1)
     , m_hub(session, target.tags, HubSetup())
-    , m_changes(m_hub.subscribe(allTags()))
+    , m_changes(m_hub.subscribe(m_hub.allTags()))
     , m_nothing(m_hub.subscribe({})) {}
-
-std::vector<TagId> Watching::allTags() const {
-    std::vector<TagId> ids(std::size_t(m_hub.size()));
-    std::iota(ids.begin(), ids.end(), 0);
-    return ids;
-}
-
-bool Watching::isEverythingTried() const {
-    const std::vector<TagId> ids = allTags();
-    return std::all_of(ids.begin(), ids.end(),
-                       [this](TagId id) { return m_hub.read(id).sequence > 0; });
-}
 
 int Watching::run() {
     const auto taken_away = qScopeGuard([this] { m_interruption.setEnding(nullptr); });
@@ -108,7 +93,7 @@ void Watching::awaitRound(qint64 due, bool is_first) {
     bool changed = false;
     while (!m_interruption.interrupted()) {
         const qint64 now = m_clock.msecsSinceBoot();
-        if (now >= due || (is_first && isEverythingTried()))
+        if (now >= due || (is_first && m_hub.hasTriedAll()))
             return;
         if (changed && now >= m_shown + DrawPauseMsecs) {
             show();
@@ -123,7 +108,7 @@ void Watching::awaitRound(qint64 due, bool is_first) {
 QVector<ValueRow> Watching::rows(const std::vector<StationStatus>& stations) const {
     QVector<ValueRow> rows;
     const qint64 now_usecs = trace::monotonicMicroseconds();
-    for (const TagId id : allTags()) {
+    for (const TagId id : m_hub.allTags()) {
         const TagState state = m_hub.read(id);
         ValueRow row;
         row.tag = m_hub.tag(id);

@@ -1,5 +1,8 @@
 #include "host/session/valuehub.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace host {
 
 ValueHub::ValueHub(PanelSession& session, const QVector<TagDefinition>& tags, const HubSetup& setup)
@@ -28,6 +31,17 @@ std::optional<TagId> ValueHub::find(const QString& name) const {
     if (found == m_names.constEnd())
         return std::nullopt;
     return *found;
+}
+
+std::vector<TagId> ValueHub::allTags() const {
+    std::vector<TagId> ids(std::size_t(m_board.size()));
+    std::iota(ids.begin(), ids.end(), 0);
+    return ids;
+}
+
+bool ValueHub::hasTriedAll() const {
+    const std::vector<TagId> ids = allTags();
+    return std::all_of(ids.begin(), ids.end(), [this](TagId id) { return read(id).sequence > 0; });
 }
 
 std::unique_ptr<Subscription> ValueHub::subscribe(const std::vector<TagId>& ids,

@@ -50,7 +50,10 @@ public:
     /** By its name; none when the hub does not have it. */
     std::optional<TagId> find(const QString& name) const;
     const TagDefinition& tag(TagId id) const { return m_board.tag(id); }
-    int size() const { return m_board.size(); }
+    std::vector<TagId> allTags() const;
+
+    /** True once each tag has been read, or has failed. */
+    bool hasTriedAll() const;
 
     TagState read(TagId id) const { return m_board.read(id); }
 

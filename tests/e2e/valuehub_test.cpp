@@ -25,10 +25,7 @@ protected:
         HubSetup setup;
         setup.journal_path = writeJournalPath(panelDirectory());
         m_hub = std::make_unique<ValueHub>(*m_session, tags, setup);
-        std::vector<TagId> ids;
-        for (TagId id = 0; id < m_hub->size(); ++id)
-            ids.push_back(id);
-        m_changes = m_hub->subscribe(ids);
+        m_changes = m_hub->subscribe(m_hub->allTags());
     }
 
     void TearDown() override {
@@ -103,7 +100,7 @@ TEST_F(HubAtWork, MakesTheSameBytesOfEveryTagAsTheDriver) {
     m_session->poll(tags);
     const QVector<TagResult> expected = m_session->readAll(tags);
     start(names);
-    for (TagId id = 0; id < m_hub->size(); ++id) {
+    for (const TagId id : m_hub->allTags()) {
         while (m_hub->read(id).quality != Quality::Good)
             ASSERT_TRUE(m_changes->mailbox().await(PatienceMsecs) &&
                         !m_changes->mailbox().take().empty());
