@@ -5,6 +5,8 @@
 namespace host {
 
 std::optional<DriverError> readDriverError(const QString& text) {
+    if (text.isEmpty())
+        return std::nullopt; // what is asked most
     static const QRegularExpression form(
         QStringLiteral("station id#(\\d+)(?: start address ([\\dA-F]{8}))?"));
     const QRegularExpressionMatch match = form.match(text);

@@ -31,7 +31,7 @@ PolledStation::PolledStation(const std::vector<Tag>& tags)
     , m_parts((m_addresses.size() + FrameAddresses - 1) / FrameAddresses) {
     for (const Tag& tag : tags) {
         const Placed placed = {tag, placeOf(tag.definition->address.dword),
-                               tag.definition->dwords()};
+                               tag.definition->dwords(), QByteArray()};
         for (int frame = placed.first / FrameAddresses; frame <= placed.last() / FrameAddresses;
              ++frame)
             m_parts[std::size_t(frame)].push_back(int(m_tags.size()));
@@ -76,27 +76,37 @@ std::vector<PolledStation::Run> PolledStation::runs(int frame) const {
     return runs;
 }
 
+/** Most of what comes is what is there already. */
 void PolledStation::store(int frame, const QByteArray& dwords, const Moment& when) {
     const int first = frame * FrameAddresses;
-    std::memcpy(m_dwords.data() + first * DwordBytes, dwords.constData(),
-                std::size_t((endOf(frame) - first) * DwordBytes));
+    const auto size = std::size_t((endOf(frame) - first) * DwordBytes);
     std::fill(m_when.begin() + first, m_when.begin() + endOf(frame), when);
+    char* const there = m_dwords.data() + first * DwordBytes;
+    if (std::memcmp(there, dwords.constData(), size) == 0)
+        return;
+    std::memcpy(there, dwords.constData(), size);
+    for (const int part : m_parts[std::size_t(frame)])
+        m_tags[std::size_t(part)].data.clear();
 }
 
-std::vector<PolledStation::Value> PolledStation::values(int frame) const {
+Moment PolledStation::oldestPart(const Placed& placed) const {
+    const auto begin = m_when.begin() + placed.first;
+    return *std::min_element(begin, begin + placed.dwords, [](const Moment& a, const Moment& b) {
+        return a.monotonic_usecs < b.monotonic_usecs;
+    });
+}
+
+std::vector<PolledStation::Value> PolledStation::values(int frame) {
     std::vector<Value> values;
     for (const int part : m_parts[std::size_t(frame)]) {
-        const Placed& placed = m_tags[std::size_t(part)];
-        const auto begin = m_when.begin() + placed.first;
-        const Moment oldest =
-            *std::min_element(begin, begin + placed.dwords, [](const Moment& a, const Moment& b) {
-                return a.monotonic_usecs < b.monotonic_usecs;
-            });
+        Placed& placed = m_tags[std::size_t(part)];
+        const Moment oldest = oldestPart(placed);
         if (placed.last() >= endOf(frame) || oldest.monotonic_usecs < 0)
             continue;
-        const QByteArray dwords =
-            m_dwords.mid(placed.first * DwordBytes, placed.dwords * DwordBytes);
-        values.push_back({placed.tag.id, tagData(*placed.tag.definition, dwords), oldest});
+        if (placed.data.isEmpty())
+            placed.data = tagData(*placed.tag.definition, m_dwords.mid(placed.first * DwordBytes,
+                                                                       placed.dwords * DwordBytes));
+        values.push_back({placed.tag.id, placed.data, oldest});
     }
     return values;
 }

@@ -51,7 +51,7 @@ public:
 
     /** The tags whose last double word is in @p frame and whose others are known, too:
      *  a scan that has just brought it has brought all of them. */
-    std::vector<Value> values(int frame) const;
+    std::vector<Value> values(int frame);
 
     /** All tags that have a part in @p frame. */
     std::vector<TagId> tags(int frame) const;
@@ -61,11 +61,13 @@ private:
         Tag tag;
         int first = 0; // place of its first double word
         int dwords = 0;
+        QByteArray data; // of what was stored last; empty: not made yet
         int last() const { return first + dwords - 1; }
     };
 
     int placeOf(quint32 address) const;
     int endOf(int frame) const;
+    Moment oldestPart(const Placed& placed) const;
 
     std::vector<quint32> m_addresses; // ascending, unique
     QByteArray m_dwords;              // 4 bytes each, in that order
