@@ -56,8 +56,9 @@ TEST(LineAttendance, HoldsNobodyWhileNobodyAttends) {
     attendance.betweenExchanges();
     attendance.attend();
     EXPECT_FALSE(attendance.await(0));
-    attendance.leave();
     attendance.note(exchangeWith(2));
+    attendance.leave();
+    attendance.note(exchangeWith(3));
     attendance.betweenExchanges();
 
     attendance.attend();

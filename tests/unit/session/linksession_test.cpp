@@ -218,6 +218,15 @@ TEST_F(LinkSessionTest, WritesInTheEndThoughTheStationIsNotHeard) {
     EXPECT_GE(m_clock.msecsSinceBoot() - start, 2 * PatienceMsecs);
 }
 
+TEST_F(LinkSessionTest, HandsTheDriverNothingAfterTheDeadline) {
+    m_session->poll({dataTag("NA10"), dataTag("NA10", 2)});
+    const qint64 deadline = m_clock.msecsSinceBoot() + 500;
+    EXPECT_EQ(m_session->write(dataTag("NA10"), Five, true, deadline).error,
+              QStringLiteral("not sent in time"));
+    EXPECT_EQ(m_clock.msecsSinceBoot(), deadline);
+    EXPECT_EQ(m_driver.asked, QStringList());
+}
+
 TEST_F(LinkSessionTest, DoesNotBlameAWriteForAnotherStationsFailedWrite) {
     int ticks = 0;
     m_driver.on_write = [](const QByteArray&) {};

@@ -75,6 +75,17 @@ TEST_F(MailboxTest, TellsAValueOnceItDiffersByMoreThanTheDeadbandFromTheOneThatW
     EXPECT_EQ(taken(), Values());
 }
 
+TEST_F(MailboxTest, GivesTheNewestValueAlsoWhenItHasComeBackIntoTheDeadband) {
+    SubscriptionOptions options;
+    options.deadband = 2;
+    make(options);
+    post(0, 10);
+    EXPECT_EQ(taken(), (Values{{100, 10}}));
+    post(0, 13);
+    post(0, 11);
+    EXPECT_EQ(taken(), (Values{{100, 11}}));
+}
+
 TEST_F(MailboxTest, TellsAChangeOfQualityWhateverTheDeadband) {
     SubscriptionOptions options;
     options.deadband = 2;
