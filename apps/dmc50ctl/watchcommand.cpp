@@ -82,7 +82,8 @@ int Watching::run() {
         const bool ok = show();
         if (round == m_options.rounds)
             return ok ? ExitOk : ExitCommunication;
-        due = round == 1 ? m_shown + m_options.interval_ms : due + m_options.interval_ms;
+        const qint64 start = round == 1 ? m_shown : due;
+        due = std::max(start + m_options.interval_ms, m_shown); // missed ones are not made up for
     }
     return ExitOk;
 }
