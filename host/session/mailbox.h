@@ -53,7 +53,7 @@ public:
 
 private:
     struct Entry {
-        const TagDefinition* definition;
+        const TagDefinition* definition = nullptr;
         TagChange newest;
         QByteArray taken_data;
         Quality taken_quality = Quality::Bad;

@@ -79,12 +79,12 @@ std::vector<PolledStation::Run> PolledStation::runs(int frame) const {
 /** Most of what comes is what is there already. */
 void PolledStation::store(int frame, const QByteArray& dwords, const Moment& when) {
     const int first = frame * FrameAddresses;
-    const auto size = std::size_t((endOf(frame) - first) * DwordBytes);
+    const int bytes = (endOf(frame) - first) * DwordBytes;
     std::fill(m_when.begin() + first, m_when.begin() + endOf(frame), when);
     char* const there = m_dwords.data() + first * DwordBytes;
-    if (std::memcmp(there, dwords.constData(), size) == 0)
+    if (std::memcmp(there, dwords.constData(), std::size_t(bytes)) == 0)
         return;
-    std::memcpy(there, dwords.constData(), size);
+    std::memcpy(there, dwords.constData(), std::size_t(bytes));
     for (const int part : m_parts[std::size_t(frame)])
         m_tags[std::size_t(part)].data.clear();
 }
