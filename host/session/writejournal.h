@@ -4,6 +4,7 @@
 #include "common/result.h"
 
 #include <QSqlDatabase>
+#include <QVariant>
 #include <QVector>
 
 #include <memory>
