@@ -16,6 +16,18 @@ protected:
 
 } // namespace
 
+TEST_F(LinkAtWork, SaysSoonThatAWriteToASilentStationHasFailed) {
+    m_line.command("station 2 silent");
+    const TagDefinition set_point = tag("Gas set point");
+    EXPECT_EQ(write(set_point, 1).error, QStringLiteral("write station id#2 address 00101002DMC50 "
+                                                        "no response"));
+    EXPECT_TRUE(m_session->link(1).port().stationHealth(2).held_off);
+    // Asked again and again, it is neither waited for nor read back.
+    const quint64 silent = m_session->statistics().silent;
+    EXPECT_FALSE(write(set_point, 2).ok());
+    EXPECT_LE(m_session->statistics().silent, silent + 1) << "at most the probe for a person";
+}
+
 TEST_F(LinkAtWork, WritesToOneStationWhileAnotherIsSilent) {
     const TagDefinition set_point = tag("Zone 1 set point");
     m_session->poll({set_point, tag("Gas flow")}); // most requests are to the silent station
