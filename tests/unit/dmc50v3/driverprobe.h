@@ -23,6 +23,8 @@ public:
     bool isDatabaseOpened() const { return m_driver.m_db_opened; }
     bool debugMode() const { return m_driver.m_debug_mode; }
     PollingThread* thread() { return m_driver.m_thread.get(); }
+    /** In place of the one that the first access would make and start. */
+    void setThread(PollingThread* thread) { m_driver.m_thread.reset(thread); }
     void createThread(AbstractDeviceInterface* port) { m_driver.createThread(port); }
     bool writeDWords(quint8 station_id, quint32 start, const QByteArray& dwords) {
         return m_driver.writeDWords(station_id, start, dwords);
