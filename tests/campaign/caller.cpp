@@ -86,16 +86,15 @@ bool Caller::read(quint8 station, quint32 start, int count) {
     }
     const qint64 began = m_world.time.now();
     const qint64 locked_out = m_world.time.lockedOutUsecs();
+    const quint64 failed = m_world.figures.failed_exchanges;
     const QByteArray data = ask(station, start, count);
     ++m_world.figures.caller_reads;
     m_world.figures.caller_reads_failed += data.isEmpty();
-    judgeWait(began, m_world.time.lockedOutUsecs() - locked_out, data.isEmpty());
-    if (!data.isEmpty())
+    judgeWait(began, m_world.time.lockedOutUsecs() - locked_out);
+    if (data.isEmpty())
+        judgeFailure(asked, began, m_world.figures.failed_exchanges > failed);
+    else
         judge(asked, data, began);
-    for (const Asked& item : asked) {
-        if (item.tag && data.isEmpty())
-            item.tag->given_up = true;
-    }
     return !data.isEmpty();
 }
 
@@ -147,7 +146,7 @@ bool Caller::isOld(const Asked& asked, quint32 value, qint64 began) {
 
 /** Twice the budget: once for an error to end, once for the values; and the fetches
  *  for others that are being made. */
-void Caller::judgeWait(qint64 began, qint64 locked_out, bool empty) {
+void Caller::judgeWait(qint64 began, qint64 locked_out) {
     constexpr qint64 PollMsecs = 40; // in which the driver looks, of both waits
     const qint64 waited = (m_world.time.now() - began) / 1000;
     const qint64 own = waited - locked_out / 1000;
@@ -157,8 +156,22 @@ void Caller::judgeWait(qint64 began, qint64 locked_out, bool empty) {
         m_world.verdict.fail(QString::fromLatin1("a read takes %1 ms").arg(own));
     if (locked_out / 1000 > longestFetchMsecs())
         m_world.verdict.fail(QString::fromLatin1("a read is locked out for %1 ms").arg(locked_out / 1000));
-    if (empty && waited < budget)
+}
+
+/** Only for want of time; or at once, when the last value is there and another is
+ *  not: their exchange has failed, or a read that gave up has left the last one
+ *  behind. */
+void Caller::judgeFailure(const std::vector<Asked>& asked, qint64 began, bool line_failed) {
+    const qint64 waited = (m_world.time.now() - began) / 1000;
+    const Tag* last = nullptr;
+    for (const Asked& item : asked)
+        last = item.tag ? item.tag : last;
+    if (waited < m_world.rig.waitBudgetMsecs() && !last->given_up && !line_failed)
         m_world.verdict.fail(QString::fromLatin1("a read is given up after %1 ms").arg(waited));
+    for (const Asked& item : asked) {
+        if (item.tag)
+            item.tag->given_up = true;
+    }
 }
 
 qint64 Caller::longestFetchMsecs() const {

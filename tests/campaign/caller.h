@@ -49,7 +49,8 @@ private:
     void write(quint8 station, quint32 start, const QByteArray& data);
     void judge(const std::vector<Asked>& asked, const QByteArray& data, qint64 began);
     bool isOld(const Asked& asked, quint32 value, qint64 began);
-    void judgeWait(qint64 began, qint64 locked_out, bool empty);
+    void judgeWait(qint64 began, qint64 locked_out);
+    void judgeFailure(const std::vector<Asked>& asked, qint64 began, bool line_failed);
     qint64 longestFetchMsecs() const;
     QByteArray newValues(int count);
 

@@ -21,6 +21,7 @@ Controller::Controller(quint8 id, const std::vector<quint32>& addresses, const D
 }
 
 void Controller::restart(qint64 usecs) {
+    usecs = std::max(usecs, m_answered);
     m_station = std::make_unique<simulator::Station>(m_id);
     for (std::size_t i = 0; i < m_addresses.size(); ++i)
         set(m_addresses[i], m_first[i], usecs);
@@ -34,12 +35,13 @@ void Controller::set(quint32 address, const Course& course, qint64 usecs) {
 void Controller::stir(qint64 usecs) {
     const quint32 address = m_dice.pick(m_addresses);
     const Course course = newCourse(m_dice);
-    if (m_histories[address].lastChange() <= usecs) // not before a write that is on its way
+    if (m_answered <= usecs) // not before a request that is still on its way
         set(address, course, usecs);
 }
 
 simulator::Reply Controller::answer(const simulator::Request& request, qint64 usecs,
                                     const WriteSink& sink) {
+    m_answered = std::max(m_answered, usecs);
     for (std::size_t i = 0; i < request.values.size(); ++i) {
         const auto history = m_histories.find(request.addresses[i]);
         if (history == m_histories.end())

@@ -49,6 +49,7 @@ private:
     std::vector<Course> m_first; // one per address
     std::unique_ptr<simulator::Station> m_station;
     std::unordered_map<quint32, ValueHistory> m_histories; // by address
+    qint64 m_answered = 0; // the last request, when it is heard
     qint64 m_off_until = 0;
 };
 

@@ -13,16 +13,11 @@ namespace campaign {
 class Dice {
 public:
     explicit Dice(quint64 seed, quint64 stream = 0)
-        : m_state(seed * Q_UINT64_C(0x9E3779B97F4A7C15) + stream * Q_UINT64_C(0xD1B54A32D192ED03)) {
-        next();
-    }
+        : m_state(mixed(mixed(seed) + stream)) {}
 
     quint64 next() {
         m_state += Q_UINT64_C(0x9E3779B97F4A7C15);
-        quint64 mixed = m_state;
-        mixed = (mixed ^ (mixed >> 30)) * Q_UINT64_C(0xBF58476D1CE4E5B9);
-        mixed = (mixed ^ (mixed >> 27)) * Q_UINT64_C(0x94D049BB133111EB);
-        return mixed ^ (mixed >> 31);
+        return mixed(m_state);
     }
 
     /** Both bounds included. */
@@ -40,6 +35,12 @@ public:
     }
 
 private:
+    static quint64 mixed(quint64 bits) {
+        bits = (bits ^ (bits >> 30)) * Q_UINT64_C(0xBF58476D1CE4E5B9);
+        bits = (bits ^ (bits >> 27)) * Q_UINT64_C(0x94D049BB133111EB);
+        return bits ^ (bits >> 31);
+    }
+
     quint64 m_state;
 };
 

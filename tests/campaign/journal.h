@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <cstdio>
 #include <deque>
 
 namespace campaign {
@@ -15,6 +16,9 @@ public:
     /** @p what is a word for people: "request", "reply", "read" or a fault. */
     void note(qint64 usecs, const char* what, const QByteArray& bytes);
 
+    /** Everything goes to @p file as well, which outlives the journal. */
+    static void traceTo(std::FILE* file);
+
     quint64 digest() const { return m_digest; }
     QStringList last() const;
 
@@ -23,6 +27,8 @@ private:
         qint64 usecs;
         const char* what;
         QByteArray bytes;
+
+        QString text() const;
     };
     void mix(const char* bytes, int count);
 

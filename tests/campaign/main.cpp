@@ -35,6 +35,8 @@ int main(int argc, char** argv) {
     const std::optional<Options> options = parseOptions(argc, argv, exit_status);
     if (!options)
         return exit_status;
+    if (!options->trace.isEmpty())
+        Journal::traceTo(std::fopen(qPrintable(options->trace), "w"));
     if (!options->replay.isEmpty())
         return replay(argc, argv, options->replay);
     QElapsedTimer clock;

@@ -20,7 +20,7 @@ const char Footer[] = "\nExit status: 0 all was well, 1 something was wrong, 2 b
 
 std::optional<Options> parseOptions(int argc, char** argv, int& exit_status) {
     Options options;
-    std::string replay, output;
+    std::string replay, output, trace;
     CLI::App app(Description, "campaign");
     app.footer(Footer);
     app.add_option("--seed", options.seed, "Of the first run; each later one has the next");
@@ -31,6 +31,7 @@ std::optional<Options> parseOptions(int argc, char** argv, int& exit_status) {
                  "Look for the fewest faults that make the first wrong run fail");
     app.add_option("--output", output, "Where --shrink writes them")->type_name("FILE");
     app.add_option("--replay", replay, "Play only what such a file holds")->type_name("FILE");
+    app.add_option("--trace", trace, "Write all that passes over the line")->type_name("FILE");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -39,6 +40,7 @@ std::optional<Options> parseOptions(int argc, char** argv, int& exit_status) {
     }
     options.replay = QString::fromStdString(replay);
     options.output = QString::fromStdString(output);
+    options.trace = QString::fromStdString(trace);
     if (options.exchanges == 0 && options.minutes == 0)
         options.minutes = DefaultMinutes;
     return options;

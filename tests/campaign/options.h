@@ -14,6 +14,7 @@ struct Options {
     int jobs = 1;          // processes side by side
     bool shrink = false;
     QString replay; // a regression file; empty: none
+    QString trace;  // a file for all that passes over the line; empty: none
     QString output; // where a shrunk script goes
 };
 
