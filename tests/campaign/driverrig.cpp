@@ -18,12 +18,19 @@ DriverSetting settingsOf(const Scenario& scenario) {
 
 void ignoreLog(const QString&) {}
 
+host::PortOptions optionsOf(VirtualTime& time) {
+    host::PortOptions options;
+    options.clock = &time;
+    options.usecs = [&time] { return time.now(); };
+    return options;
+}
+
 } // namespace
 
 DriverRig::DriverRig(const Scenario& scenario, VirtualTime& time, VirtualLine& line,
                      ExchangeWatcher& watcher)
     : m_host_port(std::make_unique<VirtualChannel>(line, time), deviceOf(scenario),
-                  settingsOf(scenario), ignoreLog, nullptr, time)
+                  settingsOf(scenario), ignoreLog, optionsOf(time))
     , m_port(m_host_port, time, watcher)
     , m_driver(time)
     , m_probe(m_driver)

@@ -10,9 +10,10 @@ namespace {
 using Kind = LineFault::Kind;
 using Kinds = std::set<Kind>;
 
-/** A fault that leaves whole frames, or none, is not behind what these texts tell. */
-const Kinds NotSilent = {Kind::BadChecksum, Kind::WrongStation, Kind::EndCode, Kind::OtherStation,
-                         Kind::Forged};
+// A fault that leaves whole frames, or none, is not behind what these texts tell.
+// Silence may stand for any but one: what strikes a question of the port's own, which
+// the driver does not know of, keeps its request from going out.
+const Kinds NotSilent = {Kind::Forged};
 const Kinds NotShort = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::BadChecksum,
                         Kind::EndCode, Kind::Forged, Kind::WrongStation};
 const Kinds NotSummed = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::EndCode,

@@ -134,12 +134,12 @@ void VirtualLine::answer(const QByteArray& frame, const simulator::Request& requ
 }
 
 QByteArray VirtualLine::foreignAnswer(const simulator::Request& request, qint64 heard) {
-    const quint8 other = m_dice.pick(m_scenario.stations);
-    if (other == request.station)
-        return QByteArray();
+    const quint8 drawn = m_dice.pick(m_scenario.stations);
+    const quint8 other = drawn == request.station ? quint8(drawn + 1) : drawn;
+    const auto found = m_controllers.find(other);
     simulator::Reply reply = {other, request.subaddress, simulator::EndOk, {}};
-    if (request.command == simulator::Command::ReadList)
-        reply = controller(other).answer(request, heard, m_sink);
+    if (request.command == simulator::Command::ReadList && found != m_controllers.end())
+        reply = found->second->answer(request, heard, m_sink);
     reply.station = other;
     return simulator::packReply(reply);
 }
