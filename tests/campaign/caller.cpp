@@ -159,14 +159,16 @@ void Caller::judgeWait(qint64 began, qint64 locked_out) {
 }
 
 /** Only for want of time; or at once, when the last value is there and another is
- *  not: their exchange has failed, or a read that gave up has left the last one
- *  behind. */
+ *  not: an exchange has failed, a read that gave up has left the last one behind, or
+ *  the session has brought it into the cache while the read was queued. */
 void Caller::judgeFailure(const std::vector<Asked>& asked, qint64 began, bool line_failed) {
     const qint64 waited = (m_world.time.now() - began) / 1000;
     const Tag* last = nullptr;
     for (const Asked& item : asked)
         last = item.tag ? item.tag : last;
-    if (waited < m_world.rig.waitBudgetMsecs() && !last->given_up && !line_failed)
+    const bool hasty = waited < m_world.rig.waitBudgetMsecs() && !line_failed;
+    m_world.figures.hasty_reads += hasty;
+    if (hasty && !last->given_up && !last->isFreshSince(began))
         m_world.verdict.fail(QString::fromLatin1("a read is given up after %1 ms").arg(waited));
     for (const Asked& item : asked) {
         if (item.tag)

@@ -1,5 +1,7 @@
 #include "tests/campaign/faultlog.h"
 
+#include <algorithm>
+
 namespace campaign {
 
 namespace {
@@ -13,6 +15,14 @@ void FaultLog::add(const Struck& struck) {
         m_recent.pop_front();
     m_recent.push_back(struck);
     ++m_counts[std::size_t(struck.fault.kind)];
+}
+
+void FaultLog::prolong(LineFault::Kind kind, qint64 ends) {
+    const auto last = std::find_if(m_recent.rbegin(), m_recent.rend(), [kind](const Struck& struck) {
+        return struck.fault.kind == kind;
+    });
+    if (last != m_recent.rend())
+        last->ends = ends;
 }
 
 } // namespace campaign

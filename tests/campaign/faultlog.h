@@ -20,6 +20,9 @@ public:
 
     void add(const Struck& struck);
 
+    /** The last fault of @p kind shows until @p ends. */
+    void prolong(LineFault::Kind kind, qint64 ends);
+
     /** Those of the last minutes, oldest first. */
     const std::deque<Struck>& recent() const { return m_recent; }
 

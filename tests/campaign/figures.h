@@ -21,6 +21,7 @@ struct Figures {
     quint64 writes_repeated = 0; // applied more than once, with the same value
     quint64 caller_reads = 0;
     quint64 caller_reads_failed = 0;
+    quint64 hasty_reads = 0; // given up at once on a line that did not fail
     quint64 left_behind = 0; // values fetched for an earlier read that had given up
     quint64 sessions = 0;
     quint64 undetectable = 0; // exchanges with a fault that no check of the protocol can see

@@ -16,6 +16,7 @@ constexpr int HangSteps = 1200; // seconds without any exchange
 Life::Life(const Scenario& scenario, quint64 exchanges)
     : m_scenario(scenario)
     , m_exchanges(exchanges)
+    , m_verdict([this] { noteFailure(); })
     , m_tags(scenario)
     , m_writes(scenario.retries, m_figures)
     , m_line(scenario, m_time,
@@ -45,7 +46,14 @@ Outcome Life::run() {
     m_figures.faults = m_line.faults().counts();
     m_figures.virtual_ms = (m_time.now() - began) / 1000;
     m_figures.digest = m_line.journal().digest();
-    return {m_verdict.text(), m_figures.exchanges, m_line.journal().last(), m_figures};
+    m_outcome.failure = m_verdict.text();
+    m_outcome.figures = m_figures;
+    return m_outcome;
+}
+
+void Life::noteFailure() {
+    m_outcome.step = m_figures.exchanges;
+    m_outcome.last = m_line.journal().last();
 }
 
 void Life::supervise() {

@@ -7,9 +7,9 @@ namespace campaign {
 
 /** How a run ended. */
 struct Outcome {
-    QString failure; // empty: none
+    QString failure;  // empty: none
     quint64 step = 0; // exchanges of the driver until then
-    QStringList last; // the last pieces on the line
+    QStringList last; // the last pieces on the line until then
     Figures figures;
 };
 
@@ -29,6 +29,7 @@ private:
     void readEverything();
     qint64 cycleUsecs() const;
     void stir();
+    void noteFailure();
 
     const Scenario& m_scenario;
     const quint64 m_exchanges; // of the driver, with faults
@@ -45,6 +46,7 @@ private:
     Caller m_host;
     Caller m_transfer;
     bool m_ended = false;
+    Outcome m_outcome;
 };
 
 } // namespace campaign

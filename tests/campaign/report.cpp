@@ -48,6 +48,7 @@ QString reportText(const Figures& figures, double seconds) {
     text += line("values in them, compared with the controllers", figures.values);
     text += line("reads by callers", figures.caller_reads);
     text += line("  that gave nothing within their time", figures.caller_reads_failed);
+    text += line("  at once, with only the last of its values there", figures.hasty_reads);
     text += line("  values left behind by a read that gave up", figures.left_behind);
     text += line("writes confirmed, each made", figures.writes_confirmed);
     text += line("  made more than once, with the same value", figures.writes_repeated);

@@ -173,6 +173,8 @@ void VirtualLine::transmit(quint8 station, qint64 heard, simulator::Transmission
 }
 
 QByteArray VirtualLine::withCarried(const QByteArray& bytes) {
+    if (!m_carried.isEmpty())
+        m_faults.prolong(Kind::Completed, m_time.now() + 2 * usecs(m_scenario.timeout_ms));
     const QByteArray carried = std::exchange(m_carried, QByteArray());
     return carried + (m_carried_replaces ? bytes.mid(carried.size()) : bytes);
 }
