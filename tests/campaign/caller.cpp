@@ -77,6 +77,7 @@ void Caller::readSome() {
 }
 
 bool Caller::read(quint8 station, quint32 start, int count) {
+    m_world.sessions.watch();
     std::vector<Asked> asked;
     for (int i = 0; i < count; ++i) {
         const quint32 address = start + quint32(i);
@@ -124,7 +125,8 @@ void Caller::judge(const std::vector<Asked>& asked, const QByteArray& data, qint
 }
 
 /** Fresh is what an exchange has brought since the call, for a tag of the session the
- *  last before it, too. A read that gave up leaves its values to the next one. */
+ *  last before it, too. A read that gave up leaves its values to the next one,
+ *  however old they are then. */
 bool Caller::isOld(const Asked& asked, quint32 value, qint64 began) {
     const Tag& tag = *asked.tag;
     bool last_before = true;
@@ -132,16 +134,13 @@ bool Caller::isOld(const Asked& asked, quint32 value, qint64 began) {
         const bool fresh = brought->usecs >= began;
         const bool cached = (asked.cached_since >= 0 && brought->usecs >= asked.cached_since) ||
                             (tag.cached_since >= 0 && brought->usecs >= tag.cached_since);
-        const bool left_behind = asked.left_behind && tag.given_up;
         if (brought->value == value && (fresh || (cached && last_before)))
             return false;
-        if (brought->value == value && left_behind) {
-            ++m_world.figures.left_behind;
-            return false;
-        }
         last_before = last_before && fresh;
     }
-    return true;
+    const bool left_behind = asked.left_behind && tag.given_up;
+    m_world.figures.left_behind += left_behind;
+    return !left_behind;
 }
 
 /** Twice the budget: once for an error to end, once for the values; and the fetches
@@ -163,12 +162,12 @@ void Caller::judgeWait(qint64 began, qint64 locked_out) {
  *  the session has brought it into the cache while the read was queued. */
 void Caller::judgeFailure(const std::vector<Asked>& asked, qint64 began, bool line_failed) {
     const qint64 waited = (m_world.time.now() - began) / 1000;
-    const Tag* last = nullptr;
-    for (const Asked& item : asked)
-        last = item.tag ? item.tag : last;
+    const bool explained = std::any_of(asked.begin(), asked.end(), [began](const Asked& item) {
+        return item.tag && (item.tag->given_up || item.tag->isFreshSince(began));
+    });
     const bool hasty = waited < m_world.rig.waitBudgetMsecs() && !line_failed;
     m_world.figures.hasty_reads += hasty;
-    if (hasty && !last->given_up && !last->isFreshSince(began))
+    if (hasty && !explained)
         m_world.verdict.fail(QString::fromLatin1("a read is given up after %1 ms").arg(waited));
     for (const Asked& item : asked) {
         if (item.tag)

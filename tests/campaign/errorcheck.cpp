@@ -1,7 +1,6 @@
 #include "tests/campaign/errorcheck.h"
 
 #include <algorithm>
-#include <set>
 
 namespace campaign {
 
@@ -50,8 +49,12 @@ bool namesOtherEndCode(const LineFault& fault, const QString& text) {
 
 QString ErrorCheck::failed(int station, qint64 sent, const QString& text) {
     m_text = text;
-    if (isExplained(station, sent, text))
+    // A station that a fault has kept from answering may then be held off for a while.
+    const bool held_off = m_afflicted.count(station) > 0 && excludedBy(text) == &NotSilent;
+    if (held_off || isExplained(station, sent, text)) {
+        m_afflicted.insert(station);
         return QString();
+    }
     return QString::fromLatin1("\"%1\" names no fault that was made").arg(text);
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <map>
+#include <set>
 
 namespace campaign {
 
@@ -19,7 +20,10 @@ public:
     QString failed(int station, qint64 sent, const QString& text);
 
     /** An exchange with @p station that began at @p sent ended well. */
-    void succeeded(int station, qint64 sent) { m_last_good[station] = sent; }
+    void succeeded(int station, qint64 sent) {
+        m_last_good[station] = sent;
+        m_afflicted.erase(station);
+    }
 
     /** The last text. */
     QString text() const { return m_text; }
@@ -29,6 +33,7 @@ private:
 
     const FaultLog& m_faults;
     std::map<int, qint64> m_last_good; // when the last good exchange of each began
+    std::set<int> m_afflicted; // stations that have not answered well since a fault
     QString m_text;
 };
 

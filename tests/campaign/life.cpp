@@ -87,22 +87,30 @@ void Life::awaitRecovery() {
     const qint64 since = m_time.now();
     const qint64 limit = since + LongestProbeUsecs + cycleUsecs() +
                          1000 * qint64(m_scenario.timeout_ms);
-    while (!isRecovered(since) && m_time.now() < limit && !m_verdict.hasFailed())
+    while (!whatIsLeft(since).isEmpty() && m_time.now() < limit && !m_verdict.hasFailed())
         m_time.sleepMsecs(StepMsecs / 10);
     const qint64 took = (m_time.now() - since) / 1000;
     m_figures.longest_recovery_ms = std::max(m_figures.longest_recovery_ms, took);
-    if (!isRecovered(since))
-        m_verdict.fail(QString::fromLatin1("not all is fresh %1 ms after the last fault").arg(took));
+    if (!whatIsLeft(since).isEmpty())
+        m_verdict.fail(QString::fromLatin1("%1 %2 ms after the last fault")
+                           .arg(whatIsLeft(since))
+                           .arg(took));
     else
         readEverything();
 }
 
-bool Life::isRecovered(qint64 since) {
-    const std::vector<Tag>& tags = m_tags.tags();
-    return !m_host.isCalling() && !m_transfer.isCalling() && !m_rig.thread().hasError() &&
-           m_writes.isIdle() && std::all_of(tags.begin(), tags.end(), [since](const Tag& tag) {
-               return tag.isFreshSince(since);
-           });
+QString Life::whatIsLeft(qint64 since) {
+    if (m_host.isCalling() || m_transfer.isCalling())
+        return QStringLiteral("a caller still waits");
+    if (!m_writes.isIdle())
+        return QStringLiteral("writes still wait");
+    if (m_rig.thread().hasError())
+        return QStringLiteral("the driver is in error");
+    for (const Tag& tag : m_tags.tags()) {
+        if (!tag.isFreshSince(since))
+            return QString::fromLatin1("station %1 is not fresh").arg(tag.station);
+    }
+    return QString();
 }
 
 void Life::readEverything() {

@@ -25,7 +25,7 @@ private:
     void supervise();
     bool awaitExchanges();
     void awaitRecovery();
-    bool isRecovered(qint64 since);
+    QString whatIsLeft(qint64 since);
     void readEverything();
     qint64 cycleUsecs() const;
     void stir();

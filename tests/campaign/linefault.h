@@ -30,8 +30,8 @@ struct LineFault {
         Inserted,     // `value` other bytes stand before byte `at`
         Glued,        // the reply before this one comes once more, right behind it
         OtherStation, // another station answers for this one, under its own number
-        Completed,    // only `at` bytes come, right before the next reply on the line;
-                      // `value` 1: in place of as many of its own
+        Completed,    // only `at` bytes come, right before the next reply on the line, if
+                      // that is in time; `value` odd: in place of as many of its own
         Forged,       // two digits are wrong so that the sum is right again
         Dead,         // the station hears nothing for `ms`
         PowerLoss,    // the same, and its memory restarts

@@ -26,6 +26,7 @@ void SessionKeeper::setAll() {
 }
 
 void SessionKeeper::set(const std::vector<Block>& blocks) {
+    watch(); // the one before may have been taken over
     QList<CommunicatorCommand> commands;
     for (const Block& block : blocks)
         commands += CommunicatorCommand(

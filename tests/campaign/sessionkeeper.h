@@ -17,7 +17,8 @@ public:
     void setAll();
     /** @} */
 
-    /** Before every exchange: has the driver taken the session over? */
+    /** Has the driver taken the session over? To be asked before every exchange and
+     *  every read. */
     void watch();
 
 private:

@@ -126,11 +126,16 @@ void VirtualLine::answer(const QByteArray& frame, const simulator::Request& requ
     if (fault && fault->kind == Kind::Completed) {
         m_carried = good.left(fault->at % good.size());
         m_carried_replaces = fault->value % 2 == 1;
+        m_carried_until = limitFromNow();
+        m_carried_station = request.station;
         return;
     }
-    transmit(request.station, heard,
-             fault && fault->kind != Kind::Unplugged ? faultyAnswer(*fault, parts, m_dice)
-                                                     : inPieces(good));
+    const bool damaged = fault && fault->kind != Kind::Unplugged;
+    const simulator::Transmission sent =
+        damaged ? faultyAnswer(*fault, parts, m_dice) : inPieces(good);
+    if (damaged && fault->kind == Kind::Forged)
+        m_forged = sent.bytes();
+    transmit(request.station, heard, sent);
 }
 
 QByteArray VirtualLine::foreignAnswer(const simulator::Request& request, qint64 heard) {
@@ -160,8 +165,10 @@ void VirtualLine::transmit(quint8 station, qint64 heard, simulator::Transmission
     if (transmission.pieces.empty())
         return;
     simulator::Transmission::Piece& first = transmission.pieces.front();
-    first.bytes = withCarried(first.bytes);
-    const qint64 limit = m_time.now() + usecs(m_scenario.timeout_ms) - LateMarginUsecs;
+    const QByteArray carried = std::exchange(m_carried, QByteArray());
+    if (heard + m_wire.timeOf(carried.size() + first.bytes.size()) < m_carried_until)
+        first.bytes = withCarried(carried, first.bytes);
+    const qint64 limit = limitFromNow();
     const qint64 ready =
         std::max(heard + usecs(m_scenario.turnaround_ms), m_busy_until[station]);
     const qint64 length = m_wire.timeOf(transmission.bytes().size());
@@ -169,14 +176,20 @@ void VirtualLine::transmit(quint8 station, qint64 heard, simulator::Transmission
     const qint64 due = ready + usecs(transmission.pieces.front().pause_ms);
     transmission.pieces.front().pause_ms = 0;
     m_busy_until[station] = due;
+    if (!carried.isEmpty())
+        m_busy_until[m_carried_station] = std::max(due, m_busy_until[m_carried_station]);
     m_wire.post(due, limit, transmission);
 }
 
-QByteArray VirtualLine::withCarried(const QByteArray& bytes) {
-    if (!m_carried.isEmpty())
+QByteArray VirtualLine::withCarried(const QByteArray& carried, const QByteArray& bytes) {
+    if (!carried.isEmpty())
         m_faults.prolong(Kind::Completed, m_time.now() + 2 * usecs(m_scenario.timeout_ms));
-    const QByteArray carried = std::exchange(m_carried, QByteArray());
     return carried + (m_carried_replaces ? bytes.mid(carried.size()) : bytes);
+}
+
+/** When the answer to what is asked now must have come. */
+qint64 VirtualLine::limitFromNow() const {
+    return m_time.now() + usecs(m_scenario.timeout_ms) - LateMarginUsecs;
 }
 
 void VirtualLine::noteGenuine(quint8 station, const QByteArray& frame) {
@@ -187,7 +200,8 @@ void VirtualLine::noteGenuine(quint8 station, const QByteArray& frame) {
 }
 
 bool VirtualLine::isGenuine(const QByteArray& frame) const {
-    return std::find(m_genuine.begin(), m_genuine.end(), frame) != m_genuine.end();
+    return frame != m_forged &&
+           std::find(m_genuine.begin(), m_genuine.end(), frame) != m_genuine.end();
 }
 
 QByteArray VirtualLine::take() {

@@ -41,7 +41,8 @@ public:
     Journal& journal() { return m_journal; }
     quint64 requests() const { return m_requests; }
 
-    /** True if a station has sent exactly these bytes as an answer of late. */
+    /** True if a station has sent exactly these bytes as an answer of late, and no
+     *  damage to another answer has made the same of it. */
     bool isGenuine(const QByteArray& frame) const;
 
 private:
@@ -54,7 +55,8 @@ private:
     void transmit(quint8 station, qint64 heard, simulator::Transmission transmission);
     QByteArray foreignAnswer(const simulator::Request& request, qint64 heard);
     simulator::Transmission inPieces(const QByteArray& frame);
-    QByteArray withCarried(const QByteArray& bytes);
+    QByteArray withCarried(const QByteArray& carried, const QByteArray& bytes);
+    qint64 limitFromNow() const;
     void noteGenuine(quint8 station, const QByteArray& frame);
 
     const Scenario& m_scenario;
@@ -72,8 +74,11 @@ private:
     std::map<quint8, qint64> m_busy_until;        // stations that still answer
     std::map<quint8, QByteArray> m_last_frame;    // of each station, as it should be
     std::deque<QByteArray> m_genuine;             // the last of all stations, oldest first
+    QByteArray m_forged;                          // the last one
     QByteArray m_carried;                         // the rest of a cut reply
+    quint8 m_carried_station = 0;                 // whose it is
     bool m_carried_replaces = false;              // as many bytes of the next one
+    qint64 m_carried_until = 0;                   // it is lost from then on
     qint64 m_unplugged = 0, m_plugged = 0;        // the last time
     int m_unplugs = 0;
 };
