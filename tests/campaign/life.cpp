@@ -78,18 +78,22 @@ bool Life::awaitExchanges() {
     return !m_verdict.hasFailed();
 }
 
-/** What was asked before the faults ended may still take its time; the wait that was
- *  then under way, too. */
+/** A probe interval and a cycle, and the wait that is under way at their beginning. A
+ *  station that was slow is asked again when nothing that it owes can still come:
+ *  that takes some timeouts more, and is counted. */
 void Life::awaitRecovery() {
+    constexpr qint64 OwedTimeouts = 5;
     m_line.calm();
     m_world.resting = true;
     m_sessions.setAll();
     const qint64 since = m_time.now();
-    const qint64 limit = since + LongestProbeUsecs + cycleUsecs() +
-                         1000 * qint64(m_scenario.timeout_ms);
+    const qint64 timeout = 1000 * qint64(m_scenario.timeout_ms);
+    const qint64 promised = since + LongestProbeUsecs + cycleUsecs() + timeout;
+    const qint64 limit = promised + OwedTimeouts * timeout;
     while (!whatIsLeft(since).isEmpty() && m_time.now() < limit && !m_verdict.hasFailed())
         m_time.sleepMsecs(StepMsecs / 10);
     const qint64 took = (m_time.now() - since) / 1000;
+    m_figures.late_recoveries += m_time.now() > promised;
     m_figures.longest_recovery_ms = std::max(m_figures.longest_recovery_ms, took);
     if (!whatIsLeft(since).isEmpty())
         m_verdict.fail(QString::fromLatin1("%1 %2 ms after the last fault")

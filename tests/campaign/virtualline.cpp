@@ -184,7 +184,9 @@ void VirtualLine::transmit(quint8 station, qint64 heard, simulator::Transmission
 QByteArray VirtualLine::withCarried(const QByteArray& carried, const QByteArray& bytes) {
     if (!carried.isEmpty())
         m_faults.prolong(Kind::Completed, m_time.now() + 2 * usecs(m_scenario.timeout_ms));
-    return carried + (m_carried_replaces ? bytes.mid(carried.size()) : bytes);
+    // Of two glued replies the second one would stand alone, as if it were new.
+    const bool replaces = m_carried_replaces && bytes.count('\n') == 1;
+    return carried + (replaces ? bytes.mid(carried.size()) : bytes);
 }
 
 /** When the answer to what is asked now must have come. */
