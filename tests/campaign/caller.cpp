@@ -41,8 +41,8 @@ Caller::Caller(Role role, CallersWorld& world)
 
 void Caller::run() {
     while (!m_world.resting && !m_blocks.empty()) {
-        m_world.time.sleepMsecs(quint32(m_dice.chance(0.5) ? m_dice.between(1, 50)
-                                                           : m_dice.between(1, 3000)));
+        m_world.time.sleepMsecs(
+            quint32(m_dice.chance(0.5) ? m_dice.between(1, 50) : m_dice.between(1, 3000)));
         if (m_world.resting)
             return;
         m_calling = true;
@@ -103,9 +103,9 @@ QByteArray Caller::ask(quint8 station, quint32 start, int count) {
     if (m_role == Role::Transfer)
         return m_world.rig.driver().readDWords(station, start, quint32(count));
     m_world.rig.port().setStationId(station);
-    return m_world.rig.driver().read(&m_world.rig.port(),
-                                     CommunicatorCommand(QString::fromLatin1("NA%1").arg(start, 0, 16),
-                                                         CommunicatorCommand::DoubleWord, count));
+    return m_world.rig.driver().read(
+        &m_world.rig.port(), CommunicatorCommand(QString::fromLatin1("NA%1").arg(start, 0, 16),
+                                                 CommunicatorCommand::DoubleWord, count));
 }
 
 void Caller::judge(const std::vector<Asked>& asked, const QByteArray& data, qint64 began) {
@@ -154,7 +154,8 @@ void Caller::judgeWait(qint64 began, qint64 locked_out) {
     if (own > 2 * budget + PollMsecs)
         m_world.verdict.fail(QString::fromLatin1("a read takes %1 ms").arg(own));
     if (locked_out / 1000 > longestFetchMsecs())
-        m_world.verdict.fail(QString::fromLatin1("a read is locked out for %1 ms").arg(locked_out / 1000));
+        m_world.verdict.fail(
+            QString::fromLatin1("a read is locked out for %1 ms").arg(locked_out / 1000));
 }
 
 /** Only for want of time; or at once, when the last value is there and another is
@@ -186,7 +187,8 @@ void Caller::writeSome() {
     const Block& block = m_dice.pick(m_world.scenario.blocks);
     const int skipped = m_dice.between(0, block.count - 1);
     const int count = m_dice.chance(0.6) ? 1 : m_dice.between(1, block.count - skipped);
-    write(block.station, block.first + quint32(skipped), newValues(std::min(count, block.count - skipped)));
+    write(block.station, block.first + quint32(skipped),
+          newValues(std::min(count, block.count - skipped)));
 }
 
 QByteArray Caller::newValues(int count) {

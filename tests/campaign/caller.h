@@ -16,7 +16,7 @@ struct CallersWorld {
     const ExchangeCheck& exchanges;
     Figures& figures;
     Verdict& verdict;
-    quint32 written = 0; // values so far
+    quint32 written = 0;  // values so far
     bool resting = false; // callers begin nothing new
 };
 

@@ -24,8 +24,7 @@ public:
     quint8 id() const { return m_id; }
 
     /** Carries out what is heard at @p usecs. */
-    simulator::Reply answer(const simulator::Request& request, qint64 usecs,
-                            const WriteSink& sink);
+    simulator::Reply answer(const simulator::Request& request, qint64 usecs, const WriteSink& sink);
 
     /** The memory is as it was at first. */
     void restart(qint64 usecs);
@@ -49,7 +48,7 @@ private:
     std::vector<Course> m_first; // one per address
     std::unique_ptr<simulator::Station> m_station;
     std::unordered_map<quint32, ValueHistory> m_histories; // by address
-    qint64 m_answered = 0; // the last request, when it is heard
+    qint64 m_answered = 0;                                 // the last request, when it is heard
     qint64 m_off_until = 0;
 };
 

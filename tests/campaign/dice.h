@@ -12,8 +12,7 @@ namespace campaign {
  *  often leaves the others' numbers as they are. */
 class Dice {
 public:
-    explicit Dice(quint64 seed, quint64 stream = 0)
-        : m_state(mixed(mixed(seed) + stream)) {}
+    explicit Dice(quint64 seed, quint64 stream = 0) : m_state(mixed(mixed(seed) + stream)) {}
 
     quint64 next() {
         m_state += Q_UINT64_C(0x9E3779B97F4A7C15);

@@ -34,8 +34,8 @@ DriverRig::DriverRig(const Scenario& scenario, VirtualTime& time, VirtualLine& l
     , m_port(m_host_port, time, watcher)
     , m_driver(time)
     , m_probe(m_driver)
-    , m_thread(new LoopedThread(&m_port, &m_probe.validAddresses(), scenario.stations.front(),
-                                time)) {
+    , m_thread(
+          new LoopedThread(&m_port, &m_probe.validAddresses(), scenario.stations.front(), time)) {
     m_project.create(scenario.stations.front(), scenario.tags());
     if (!m_driver.readDB(QStringLiteral("COM2")))
         qFatal("the campaign's project cannot be read");

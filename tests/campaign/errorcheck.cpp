@@ -13,14 +13,15 @@ using Kinds = std::set<Kind>;
 // Silence may stand for any but one: what strikes a question of the port's own, which
 // the driver does not know of, keeps its request from going out.
 const Kinds NotSilent = {Kind::Forged};
-const Kinds NotShort = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::BadChecksum,
+const Kinds NotShort = {Kind::Silence, Kind::Dead,   Kind::PowerLoss,   Kind::BadChecksum,
                         Kind::EndCode, Kind::Forged, Kind::WrongStation};
-const Kinds NotSummed = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::EndCode,
+const Kinds NotSummed = {Kind::Silence,      Kind::Dead,         Kind::PowerLoss, Kind::EndCode,
                          Kind::WrongStation, Kind::OtherStation, Kind::Forged};
-const Kinds NotForeign = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::BadChecksum,
-                          Kind::EndCode, Kind::Forged};
-const Kinds NotRefused = {Kind::Silence, Kind::Dead, Kind::PowerLoss, Kind::BadChecksum,
-                          Kind::WrongStation, Kind::OtherStation, Kind::Forged};
+const Kinds NotForeign = {Kind::Silence,     Kind::Dead,    Kind::PowerLoss,
+                          Kind::BadChecksum, Kind::EndCode, Kind::Forged};
+const Kinds NotRefused = {Kind::Silence,     Kind::Dead,         Kind::PowerLoss,
+                          Kind::BadChecksum, Kind::WrongStation, Kind::OtherStation,
+                          Kind::Forged};
 
 const Kinds* excludedBy(const QString& text) {
     if (text.endsWith(QLatin1String("DMC50 no response")))

@@ -33,7 +33,7 @@ private:
 
     const FaultLog& m_faults;
     std::map<int, qint64> m_last_good; // when the last good exchange of each began
-    std::set<int> m_afflicted; // stations that have not answered well since a fault
+    std::set<int> m_afflicted;         // stations that have not answered well since a fault
     QString m_text;
 };
 

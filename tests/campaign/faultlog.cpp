@@ -18,9 +18,9 @@ void FaultLog::add(const Struck& struck) {
 }
 
 void FaultLog::prolong(LineFault::Kind kind, qint64 ends) {
-    const auto last = std::find_if(m_recent.rbegin(), m_recent.rend(), [kind](const Struck& struck) {
-        return struck.fault.kind == kind;
-    });
+    const auto last =
+        std::find_if(m_recent.rbegin(), m_recent.rend(),
+                     [kind](const Struck& struck) { return struck.fault.kind == kind; });
     if (last != m_recent.rend())
         last->ends = ends;
 }

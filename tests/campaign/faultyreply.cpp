@@ -67,8 +67,7 @@ bool isUnheard(Kind kind) {
            kind == Kind::Dead || kind == Kind::PowerLoss || kind == Kind::OtherStation;
 }
 
-simulator::Transmission faultyAnswer(const LineFault& fault, const AnswerParts& parts,
-                                     Dice& dice) {
+simulator::Transmission faultyAnswer(const LineFault& fault, const AnswerParts& parts, Dice& dice) {
     if (int(fault.kind) <= int(simulator::Fault::Kind::Close)) {
         const int length = simulator::packReply(parts.reply).size();
         return simulator::faultyTransmission(simulatorsFault(fault, length, dice), parts.request,

@@ -26,8 +26,7 @@ void reachStack(void*, const void**, std::size_t*) {}
 
 } // namespace
 
-Fiber::Fiber(std::function<void()> body)
-    : m_body(std::move(body)), m_stack(new char[StackBytes]) {
+Fiber::Fiber(std::function<void()> body) : m_body(std::move(body)), m_stack(new char[StackBytes]) {
     getcontext(&m_context);
     m_context.uc_stack.ss_sp = m_stack.get();
     m_context.uc_stack.ss_size = StackBytes;

@@ -24,7 +24,7 @@ struct Figures {
     quint64 hasty_reads = 0; // given up at once on a line that did not fail
     quint64 left_behind = 0; // values fetched for an earlier read that had given up
     quint64 sessions = 0;
-    quint64 undetectable = 0; // exchanges with a fault that no check of the protocol can see
+    quint64 undetectable = 0;    // exchanges with a fault that no check of the protocol can see
     quint64 late_recoveries = 0; // took longer than a probe interval and a cycle
     qint64 longest_read_ms = 0;
     qint64 longest_recovery_ms = 0; // from the end of the faults until all was fresh

@@ -26,8 +26,7 @@ Life::Life(const Scenario& scenario, quint64 exchanges)
     , m_check(m_line, m_tags, m_writes, m_figures, m_verdict)
     , m_rig(scenario, m_time, m_line, m_check)
     , m_sessions(scenario, m_time, m_rig, m_tags)
-    , m_world{scenario,   m_time,  m_rig,     m_tags, m_writes,
-              m_sessions, m_check, m_figures, m_verdict}
+    , m_world{scenario, m_time, m_rig, m_tags, m_writes, m_sessions, m_check, m_figures, m_verdict}
     , m_host(Caller::Role::Host, m_world)
     , m_transfer(Caller::Role::Transfer, m_world) {
     m_check.setOnBeginning([this] { m_sessions.watch(); });
@@ -96,9 +95,8 @@ void Life::awaitRecovery() {
     m_figures.late_recoveries += m_time.now() > promised;
     m_figures.longest_recovery_ms = std::max(m_figures.longest_recovery_ms, took);
     if (!whatIsLeft(since).isEmpty())
-        m_verdict.fail(QString::fromLatin1("%1 %2 ms after the last fault")
-                           .arg(whatIsLeft(since))
-                           .arg(took));
+        m_verdict.fail(
+            QString::fromLatin1("%1 %2 ms after the last fault").arg(whatIsLeft(since)).arg(took));
     else
         readEverything();
 }
@@ -135,8 +133,8 @@ qint64 Life::cycleUsecs() const {
     for (const auto& [station, count] : tags) {
         const int runs = (count + MostTags - 1) / MostTags;
         const int pause = std::max(10, m_scenario.frame_interval_ms) + m_scenario.turnaround_ms;
-        usecs += runs * (1000 * qint64(pause) + wire.timeOf(FrameCharacters)) +
-                 wire.timeOf(16 * count);
+        usecs +=
+            runs * (1000 * qint64(pause) + wire.timeOf(FrameCharacters)) + wire.timeOf(16 * count);
     }
     return usecs;
 }

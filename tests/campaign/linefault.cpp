@@ -9,10 +9,10 @@ namespace campaign {
 namespace {
 
 constexpr std::array<const char*, FaultKinds> KindNames = {
-    "silence",  "late",          "split",     "dribble",     "checksum",   "wrong-station",
-    "end-code", "truncate",      "noise-before", "noise-after", "echo",    "close",
-    "deleted",  "inserted",      "glued",     "other-station", "completed", "forged",
-    "dead",     "power-loss",    "unplugged"};
+    "silence",  "late",       "split",        "dribble",       "checksum",  "wrong-station",
+    "end-code", "truncate",   "noise-before", "noise-after",   "echo",      "close",
+    "deleted",  "inserted",   "glued",        "other-station", "completed", "forged",
+    "dead",     "power-loss", "unplugged"};
 
 std::optional<LineFault::Kind> kindOf(const QString& name) {
     for (std::size_t i = 0; i < KindNames.size(); ++i) {

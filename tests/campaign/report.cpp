@@ -57,7 +57,8 @@ QString reportText(const Figures& figures, double seconds) {
     text += line("sessions set", figures.sessions);
     text += line("longest read by a caller, ms", quint64(figures.longest_read_ms));
     text += line("longest recovery after the last fault, ms", quint64(figures.longest_recovery_ms));
-    text += line("  runs in which slow stations took longer than promised", figures.late_recoveries);
+    text +=
+        line("  runs in which slow stations took longer than promised", figures.late_recoveries);
     text += line("damage that no check of the protocol can see", figures.undetectable);
     for (std::size_t i = 0; i < figures.faults.size(); ++i)
         text += line(qPrintable(QStringLiteral("fault ") + kindName(LineFault::Kind(i))),

@@ -36,8 +36,8 @@ void chooseBlocks(Scenario& scenario, Dice& dice) {
     std::map<quint8, quint32> next;
     int left = dice.chance(0.5) ? dice.between(1, 60) : dice.between(1, MostTags);
     for (std::size_t i = 0; i < scenario.stations.size() || left > 0; ++i) {
-        const quint8 station = i < scenario.stations.size() ? scenario.stations[i]
-                                                            : dice.pick(scenario.stations);
+        const quint8 station =
+            i < scenario.stations.size() ? scenario.stations[i] : dice.pick(scenario.stations);
         quint32& first = next.try_emplace(station, FirstAddress).first->second;
         first += quint32(dice.between(1, 5));
         const int count = std::clamp(left, 1, dice.between(1, LongestBlock));
@@ -91,8 +91,9 @@ QStringList Scenario::tags() const {
     QStringList tags;
     for (const Block& block : blocks) {
         for (int i = 0; i < block.count; ++i)
-            tags += QString::fromLatin1("%1-NA%2").arg(block.station).arg(
-                block.first + quint32(i), 0, 16);
+            tags += QString::fromLatin1("%1-NA%2")
+                        .arg(block.station)
+                        .arg(block.first + quint32(i), 0, 16);
     }
     for (quint8 station : low_latency)
         tags += QString::fromLatin1("%1-LOWLATENCY").arg(station);

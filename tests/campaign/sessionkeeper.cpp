@@ -7,8 +7,7 @@ namespace {
 /** The part of a block that the session's command names. */
 Block someOf(const Block& block, Dice& dice) {
     const int skipped = dice.chance(0.5) ? dice.between(0, block.count - 1) : 0;
-    return {block.station, block.first + quint32(skipped),
-            dice.between(1, block.count - skipped)};
+    return {block.station, block.first + quint32(skipped), dice.between(1, block.count - skipped)};
 }
 
 } // namespace

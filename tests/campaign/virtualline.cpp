@@ -75,16 +75,16 @@ const LineFault* VirtualLine::nextFault() {
     const FaultScript& script = m_scenario.faults;
     while (m_next_fault < script.size() && script[m_next_fault].request < m_requests)
         ++m_next_fault;
-    const bool due = !m_calm && m_next_fault < script.size() &&
-                     script[m_next_fault].request == m_requests;
+    const bool due =
+        !m_calm && m_next_fault < script.size() && script[m_next_fault].request == m_requests;
     return due ? &script[m_next_fault] : nullptr;
 }
 
 void VirtualLine::strike(const LineFault& fault, Controller& controller) {
     const qint64 now = m_time.now();
     m_journal.note(now, "fault", faultLine(fault).toLatin1());
-    m_faults.add({fault, controller.id(), now,
-                  now + usecs(fault.ms) + 2 * usecs(m_scenario.timeout_ms)});
+    m_faults.add(
+        {fault, controller.id(), now, now + usecs(fault.ms) + 2 * usecs(m_scenario.timeout_ms)});
     if (fault.kind == Kind::PowerLoss)
         controller.restart(now);
     if (fault.kind == Kind::Dead || fault.kind == Kind::PowerLoss)
@@ -169,8 +169,7 @@ void VirtualLine::transmit(quint8 station, qint64 heard, simulator::Transmission
     if (heard + m_wire.timeOf(carried.size() + first.bytes.size()) < m_carried_until)
         first.bytes = withCarried(carried, first.bytes);
     const qint64 limit = limitFromNow();
-    const qint64 ready =
-        std::max(heard + usecs(m_scenario.turnaround_ms), m_busy_until[station]);
+    const qint64 ready = std::max(heard + usecs(m_scenario.turnaround_ms), m_busy_until[station]);
     const qint64 length = m_wire.timeOf(transmission.bytes().size());
     limitPauses(transmission, (limit - ready - length) / 1000);
     const qint64 due = ready + usecs(transmission.pieces.front().pause_ms);

@@ -71,15 +71,15 @@ private:
     std::size_t m_next_fault = 0; // of the script
     bool m_calm = false;
     quint64 m_requests = 0;
-    std::map<quint8, qint64> m_busy_until;        // stations that still answer
-    std::map<quint8, QByteArray> m_last_frame;    // of each station, as it should be
-    std::deque<QByteArray> m_genuine;             // the last of all stations, oldest first
-    QByteArray m_forged;                          // the last one
-    QByteArray m_carried;                         // the rest of a cut reply
-    quint8 m_carried_station = 0;                 // whose it is
-    bool m_carried_replaces = false;              // as many bytes of the next one
-    qint64 m_carried_until = 0;                   // it is lost from then on
-    qint64 m_unplugged = 0, m_plugged = 0;        // the last time
+    std::map<quint8, qint64> m_busy_until;     // stations that still answer
+    std::map<quint8, QByteArray> m_last_frame; // of each station, as it should be
+    std::deque<QByteArray> m_genuine;          // the last of all stations, oldest first
+    QByteArray m_forged;                       // the last one
+    QByteArray m_carried;                      // the rest of a cut reply
+    quint8 m_carried_station = 0;              // whose it is
+    bool m_carried_replaces = false;           // as many bytes of the next one
+    qint64 m_carried_until = 0;                // it is lost from then on
+    qint64 m_unplugged = 0, m_plugged = 0;     // the last time
     int m_unplugs = 0;
 };
 

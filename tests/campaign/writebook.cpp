@@ -115,9 +115,8 @@ QString WriteBook::applied(quint8 station, quint32 address, quint32 value) {
 }
 
 bool WriteBook::isIdle() const {
-    return m_attempts == 0 && std::all_of(m_queues.begin(), m_queues.end(), [](const auto& queue) {
-               return queue.second.empty();
-           });
+    return m_attempts == 0 && std::all_of(m_queues.begin(), m_queues.end(),
+                                          [](const auto& queue) { return queue.second.empty(); });
 }
 
 } // namespace campaign

@@ -47,11 +47,11 @@ private:
 
     const int m_retries;
     Figures& m_figures;
-    std::unordered_map<quint32, Write> m_writes;           // by value
-    std::map<quint8, std::deque<quint32>> m_queues;        // values, by station
-    std::vector<quint32> m_batch;                          // values being sent
-    simulator::Request m_request;                          // with which they are sent
-    int m_attempts = 0;                                    // of the batch; 0: none is sent
+    std::unordered_map<quint32, Write> m_writes;    // by value
+    std::map<quint8, std::deque<quint32>> m_queues; // values, by station
+    std::vector<quint32> m_batch;                   // values being sent
+    simulator::Request m_request;                   // with which they are sent
+    int m_attempts = 0;                             // of the batch; 0: none is sent
 };
 
 } // namespace campaign
