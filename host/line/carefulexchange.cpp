@@ -54,12 +54,12 @@ void CarefulExchange::awaitQuiet() {
 }
 
 bool CarefulExchange::request(const QByteArray& frame) {
-    const std::optional<Question> question = readQuestion(frame);
+    std::optional<Question> question = readQuestion(frame);
     if (!question) {
         m_course = Course::Foreign;
         return m_patient.request(frame);
     }
-    m_question = *question;
+    m_question = std::move(*question);
     m_delivery.clear();
     if (m_hurry_for == m_question.station)
         m_hurry_for = 0;
@@ -98,7 +98,7 @@ bool CarefulExchange::send(const QByteArray& frame) {
     m_failed = true;
     if (!m_line.send(frame))
         return false;
-    m_recorder.requestSent(frame);
+    m_recorder.requestSent(frame, m_question);
     m_sent_usecs = m_usecs();
     m_owed.sent(m_question, now(), wireMsecs(m_question, frame.size()));
     m_course = Course::Awaiting;
@@ -129,12 +129,11 @@ bool CarefulExchange::passFence() {
 }
 
 bool CarefulExchange::awaitFence(const Question& fence, int wire_ms) {
-    const QByteArray bytes = collect(fence, wire_ms);
-    const std::optional<WholeReply> reply = readWholeReply(bytes);
-    if (bytes.isEmpty())
+    const Heard heard = collect(fence, wire_ms);
+    if (heard.bytes.isEmpty())
         return false;
-    m_recorder.fenceReply(bytes);
-    if (!reply || !isAnswer(*reply, fence)) {
+    m_recorder.fenceReply(heard.bytes);
+    if (!heard.reply || !isAnswer(*heard.reply, fence)) {
         m_care.garbled(fence.station, now());
         return false;
     }
@@ -157,24 +156,36 @@ QByteArray CarefulExchange::reply(int max) {
 
 /** What comes in answer to @p question, but for late replies: up to an LF that ends
  *  a piece, as the driver reads, or to silence. */
-QByteArray CarefulExchange::collect(const Question& question, int wire_ms) {
+CarefulExchange::Heard CarefulExchange::collect(const Question& question, int wire_ms) {
     const int wait_ms = m_care.waitMsecs(question.station, question.is_write, wire_ms, now());
     const qint64 start = now();
-    QByteArray bytes;
-    bool heard = false;
+    Heard heard;
+    QByteArray& bytes = heard.bytes;
+    bool any = false;
     while (bytes.size() < LongestReply && !bytes.endsWith('\n')) {
         const int gap_ms = bytes.isEmpty() ? wait_ms : std::max(wait_ms, ShortestGapMsecs);
         const QByteArray piece = receive(question.station, gap_ms);
         if (piece.isEmpty())
             break;
-        heard = true;
-        bytes = takeLateReplies(bytes + piece, &question);
+        any = true;
+        bytes += piece;
+        if (piece.contains('\n'))
+            sort(heard, question);
     }
     const int waited = int(now() - start);
-    if (!heard && m_line.isUsable())
+    if (!any && m_line.isUsable())
         m_care.silent(question.station, waited, now());
-    m_quiet_due = heard || waited < m_wire.quietMsecs();
-    return bytes;
+    m_quiet_due = any || waited < m_wire.quietMsecs();
+    return heard;
+}
+
+/** Takes late replies away and reads what is left. */
+void CarefulExchange::sort(Heard& heard, const Question& question) {
+    heard.reply = readWholeReply(heard.bytes);
+    if (heard.reply && isExpected(*heard.reply, question))
+        return;
+    heard.bytes = takeLateReplies(heard.bytes, &question);
+    heard.reply = readWholeReply(heard.bytes);
 }
 
 QByteArray CarefulExchange::receive(int station, int wait_ms) {
@@ -208,13 +219,8 @@ bool CarefulExchange::takeLateReply(const QByteArray& line, const Question* expe
     const std::optional<WholeReply> reply = readWholeReply(line);
     if (!reply)
         return false;
-    if (expected && isAnswer(*reply, *expected)) {
-        // Any request can be refused: of several the oldest has been.
-        const bool in_doubt =
-            reply->refused && m_owed.owesOther(reply->station, expected->values(), now());
-        if (!in_doubt)
-            return false;
-    }
+    if (expected && isExpected(*reply, *expected))
+        return false;
     const qint64 sent = m_owed.take(*reply, now());
     if (sent < 0)
         return false;
@@ -223,10 +229,16 @@ bool CarefulExchange::takeLateReply(const QByteArray& line, const Question* expe
     return true;
 }
 
-void CarefulExchange::judge(const QByteArray& bytes) {
+/** Any request can be refused: of several the oldest has been. */
+bool CarefulExchange::isExpected(const WholeReply& reply, const Question& question) {
+    return isAnswer(reply, question) &&
+           !(reply.refused && m_owed.owesOther(reply.station, question.values(), now()));
+}
+
+void CarefulExchange::judge(const Heard& heard) {
+    const auto& [bytes, reply] = heard;
     if (bytes.isEmpty())
         return;
-    const std::optional<WholeReply> reply = readWholeReply(bytes);
     m_delivery = bytes;
     if (reply && isAnswer(*reply, m_question)) {
         m_owed.take(*reply, now());
@@ -240,7 +252,7 @@ void CarefulExchange::judge(const QByteArray& bytes) {
         }
     }
     m_quiet_due = !bytes.endsWith('\n');
-    m_recorder.bytesReceived(bytes);
+    m_recorder.replyReceived(bytes, reply);
 }
 
 void CarefulExchange::answered(const Question& question, int wire_ms, bool timed) {

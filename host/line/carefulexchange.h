@@ -48,18 +48,25 @@ public:
 private:
     enum class Course { Idle, Foreign, Withheld, Awaiting, Judged };
 
+    struct Heard {
+        QByteArray bytes;
+        std::optional<WholeReply> reply; // that they are, if they are one
+    };
+
     bool mayGoOut(const QByteArray& frame);
     bool isRepetition(const QByteArray& frame) const;
     bool passFence();
     bool awaitFence(const Question& fence, int wire_ms);
     bool send(const QByteArray& frame);
-    QByteArray collect(const Question& question, int wire_ms);
+    Heard collect(const Question& question, int wire_ms);
+    void sort(Heard& heard, const Question& question);
+    bool isExpected(const WholeReply& reply, const Question& question);
     QByteArray receive(int station, int wait_ms);
     bool isHurried(int station) const;
     QByteArray takeLateReplies(QByteArray bytes, const Question* expected);
     bool takeLateReply(const QByteArray& line, const Question* expected);
     void awaitQuiet();
-    void judge(const QByteArray& bytes);
+    void judge(const Heard& heard);
     void answered(const Question& question, int wire_ms, bool timed);
     int wireMsecs(const Question& question, int request_length) const;
     qint64 now() { return m_line.clock().msecsSinceBoot(); }

@@ -1,7 +1,5 @@
 #include "host/line/linerecorder.h"
 
-#include "host/line/question.h"
-
 #include <algorithm>
 
 namespace host {
@@ -9,9 +7,10 @@ namespace host {
 LineRecorder::LineRecorder(const PortOptions& options)
     : m_trace(options.frame_trace), m_usecs(options.usecs) {}
 
-void LineRecorder::requestSent(const QByteArray& bytes) {
+void LineRecorder::requestSent(const QByteArray& bytes, const std::optional<Question>& question) {
     const bool repeated = m_unanswered && m_request == bytes;
     m_request = bytes;
+    m_question = question;
     m_sent_usecs = m_usecs();
     if (!repeated)
         m_first_sent_usecs = m_sent_usecs;
@@ -28,11 +27,21 @@ void LineRecorder::requestSent(const QByteArray& bytes) {
 }
 
 void LineRecorder::bytesReceived(const QByteArray& bytes) {
+    keepReceived(bytes);
+    if (isReplyOwed() && bytes.contains('\n'))
+        lineCompleted(readWholeReply(m_reply));
+}
+
+void LineRecorder::replyReceived(const QByteArray& bytes, const std::optional<WholeReply>& reply) {
+    keepReceived(bytes);
+    if (isReplyOwed() && bytes.contains('\n'))
+        lineCompleted(reply);
+}
+
+void LineRecorder::keepReceived(const QByteArray& bytes) {
     m_any_byte = true;
     m_reply += bytes;
     countReceived(bytes);
-    if (isReplyOwed() && bytes.contains('\n'))
-        lineCompleted();
 }
 
 void LineRecorder::replyIsMisshapen() {
@@ -41,12 +50,12 @@ void LineRecorder::replyIsMisshapen() {
     ++m_statistics.misshapen;
 }
 
-void LineRecorder::lineCompleted() {
+void LineRecorder::lineCompleted(const std::optional<WholeReply>& reply) {
     m_line_complete = true;
     const qint64 now = m_usecs();
     const qint64 took = now - m_sent_usecs;
-    if (!m_misshapen)
-        noteGoodReply(now);
+    if (!m_misshapen && reply && !reply->refused)
+        noteGoodReply(*reply, now);
     traceReply();
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_statistics.replies;
@@ -115,18 +124,14 @@ void LineRecorder::countReceived(const QByteArray& bytes) {
 }
 
 /** Tells only of a reply that is the answer to the request, value for value. */
-void LineRecorder::noteGoodReply(qint64 now) {
-    const std::optional<WholeReply> reply = readWholeReply(m_reply);
-    if (!reply || reply->refused)
-        return;
+void LineRecorder::noteGoodReply(const WholeReply& reply, qint64 now) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_good_replies[reply->station] = now;
+        m_good_replies[reply.station] = now;
     }
-    const std::optional<Question> question = readQuestion(m_request);
-    if (m_sink && question && isAnswer(*reply, *question))
-        m_sink(
-            {question->station, question->is_write, question->addresses, m_first_sent_usecs, now});
+    if (m_sink && m_question && isAnswer(reply, *m_question))
+        m_sink({m_question->station, m_question->is_write, m_question->addresses,
+                m_first_sent_usecs, now});
 }
 
 qint64 LineRecorder::lastGoodReplyUsecs(int station) const {

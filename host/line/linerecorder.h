@@ -4,6 +4,7 @@
 #include "host/line/exchange.h"
 #include "host/line/linestatistics.h"
 #include "host/line/portoptions.h"
+#include "host/line/question.h"
 
 #include <QByteArray>
 
@@ -22,8 +23,14 @@ public:
     /** Before the first exchange. */
     void setSink(ExchangeSink sink) { m_sink = std::move(sink); }
 
-    void requestSent(const QByteArray& bytes);
+    /** @p question: what the request asks, if that is known. */
+    void requestSent(const QByteArray& bytes, const std::optional<Question>& question);
+
+    /** A piece of the reply. */
     void bytesReceived(const QByteArray& bytes);
+
+    /** The reply in one piece, and what it says. */
+    void replyReceived(const QByteArray& bytes, const std::optional<WholeReply>& reply);
 
     /** The reply received next passes for an answer to the driver, but is none. */
     void replyIsMisshapen();
@@ -55,8 +62,9 @@ public:
     qint64 lastGoodReplyUsecs(int station) const;
 
 private:
-    void lineCompleted();
-    void noteGoodReply(qint64 now);
+    void keepReceived(const QByteArray& bytes);
+    void lineCompleted(const std::optional<WholeReply>& reply);
+    void noteGoodReply(const WholeReply& reply, qint64 now);
     void traceReply();
     void record(trace::Direction direction, const QByteArray& bytes, const char* note = "");
     void countReceived(const QByteArray& bytes);
@@ -64,11 +72,12 @@ private:
     trace::FrameTrace* const m_trace;
     const std::function<qint64()> m_usecs;
     ExchangeSink m_sink;
-    QByteArray m_request;          // the last one
-    QByteArray m_reply;            // received but not yet traced
-    qint64 m_sent_usecs = 0;       // when the request went out
-    qint64 m_first_sent_usecs = 0; // the first time, of one that is repeated
-    bool m_misshapen = false;      // the reply of this exchange
+    QByteArray m_request;               // the last one
+    std::optional<Question> m_question; // that it asks
+    QByteArray m_reply;                 // received but not yet traced
+    qint64 m_sent_usecs = 0;            // when the request went out
+    qint64 m_first_sent_usecs = 0;      // the first time, of one that is repeated
+    bool m_misshapen = false;           // the reply of this exchange
     bool m_in_exchange = false;
     bool m_line_complete = false;
     bool m_any_byte = false;   // received in this exchange

@@ -32,7 +32,7 @@ void PatientExchange::awaitQuiet() {
 bool PatientExchange::request(const QByteArray& frame) {
     if (!m_line.send(frame))
         return false;
-    m_recorder.requestSent(frame);
+    m_recorder.requestSent(frame, readQuestion(frame));
     return true;
 }
 

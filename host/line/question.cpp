@@ -21,18 +21,34 @@ constexpr int ItemsPlace = 12; // in RN and WN: the header and seven characters 
 constexpr int GroupPlace = 10; // of the start address in WG
 constexpr int PairLength = 2 * DWordDigits;
 
-bool isHex(char character) {
-    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
-           (character >= 'a' && character <= 'f');
+/** 0 to 15; 16 for what is no digit. */
+quint32 digitOf(char character) {
+    if (character >= '0' && character <= '9')
+        return quint32(character - '0');
+    const char lower = char(character | 0x20);
+    return lower >= 'a' && lower <= 'f' ? quint32(lower - 'a' + 10) : 16;
 }
 
+bool isHex(char character) {
+    return digitOf(character) < 16;
+}
+
+/** 0 when a character is no digit. Every request is read so, fifty times each. */
 quint32 addressAt(const QByteArray& request, int place) {
-    return request.mid(place, DWordDigits).toUInt(nullptr, 16);
+    quint32 address = 0;
+    for (int i = place; i < place + DWordDigits; ++i) {
+        const quint32 digit = digitOf(request.at(i));
+        if (digit > 15)
+            return 0;
+        address = address << 4 | digit;
+    }
+    return address;
 }
 
 std::vector<quint32> addressesOf(const QByteArray& request, const trace::DecodedFrame& frame) {
     using Kind = trace::DecodedFrame::Kind;
     std::vector<quint32> addresses;
+    addresses.reserve(size_t(frame.items));
     for (int i = 0; i < frame.items; ++i) {
         if (frame.kind == Kind::WriteGroup)
             addresses.push_back(addressAt(request, GroupPlace) + quint32(i));
