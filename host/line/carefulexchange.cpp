@@ -12,6 +12,7 @@ constexpr int PieceLength = 512;
 constexpr int LongestReply = 1024;    // beyond it somebody talks without an end
 constexpr int ShortestGapMsecs = 500; // for the rest of a reply that has begun
 constexpr int HurryCheckMsecs = 50;
+constexpr int LongestFence = 16; // values; each controller answers that
 
 } // namespace
 
@@ -112,6 +113,8 @@ int CarefulExchange::wireMsecs(const Question& question, int request_length) con
 /** Returns whether the station is done with all that it was asked before. */
 bool CarefulExchange::passFence() {
     const int count = m_owed.freeCount(m_question.station, now());
+    if (count > LongestFence)
+        return false; // some of what it owes will soon be unable to come
     const QByteArray frame = makeReadRequest(m_question, count);
     const Question fence = *readQuestion(frame);
     m_failed = false;

@@ -4,10 +4,19 @@
 
 namespace host {
 
+namespace {
+
+// That a controller keeps while it works on another. What is sent to one that is dead
+// must not be owed for ever.
+constexpr int RequestsInWaiting = 2;
+
+} // namespace
+
 void OwedReplies::sent(const Question& question, qint64 now, int wire_ms) {
     std::vector<Owed>& owed = current(question.station, now);
     const qint64 begun = owed.empty() ? now : owed.back().latest;
-    owed.push_back({question.subaddress, question.values(), now, begun + m_lateness_ms + wire_ms});
+    const qint64 latest = std::min(begun, now + RequestsInWaiting * m_lateness_ms);
+    owed.push_back({question.subaddress, question.values(), now, latest + m_lateness_ms + wire_ms});
 }
 
 bool OwedReplies::isClean(int station, qint64 now) {

@@ -13,7 +13,8 @@ namespace host {
  *  answer the wrong request.
  *
  *  Rests on two things: a station answers in the order in which it was asked, and
- *  never later than the response timeout. Times are ms of the port's clock. One
+ *  never later than the response timeout after it has begun with a request; it begins
+ *  when it is done with those before, of which it keeps few. Times are ms of the port's clock. One
  *  thread. */
 class OwedReplies {
 public:

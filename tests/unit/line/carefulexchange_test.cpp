@@ -371,6 +371,21 @@ TEST_F(CarefulExchangeTest, APersonWhoAsksNeedNotWaitForTheNextProbe) {
     EXPECT_TRUE(readsRight(2, Two));
 }
 
+TEST_F(CarefulExchangeTest, AStationThatIsAskedForAgainAndAgainComesBackAsSoon) {
+    station(2).delay_ms = -1;
+    for (int i = 0; i < 200; ++i) {
+        m_line.port->askFor(2);
+        readsRight(2, Two);
+    }
+    for (const QByteArray& request : m_line.channel.sent)
+        EXPECT_LE(requestItems(request).size(), 16);
+    station(2).delay_ms = 40;
+    const qint64 back = m_line.now();
+    while (!readsRight(2, Two))
+        readsRight(1, Two);
+    EXPECT_LE(m_line.now() - back, 31000);
+}
+
 TEST_F(CarefulExchangeTest, APersonWhoAsksForOneStationEndsTheWaitForAnUnknownOne) {
     station(2).delay_ms = -1;
     for (int i = 0; i < 2; ++i)

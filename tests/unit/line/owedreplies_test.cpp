@@ -45,6 +45,13 @@ TEST_F(OwedRepliesTest, AStationBeginsWithARequestWhenItIsDoneWithThoseBefore) {
     EXPECT_TRUE(m_owed.isClean(1, 2 * Lateness + 1));
 }
 
+TEST_F(OwedRepliesTest, NothingIsOwedForEverByAStationThatIsDead) {
+    for (int i = 0; i < 100; ++i)
+        m_owed.sent(question(1, 2), i, 0);
+    EXPECT_FALSE(m_owed.isClean(1, 3 * Lateness));
+    EXPECT_TRUE(m_owed.isClean(1, 100 + 3 * Lateness));
+}
+
 TEST_F(OwedRepliesTest, AReplyIsThatToTheOldestRequestThatItFits) {
     m_owed.sent(question(1, 2), 10, 0);
     m_owed.sent(question(1, 0), 20, 0);
