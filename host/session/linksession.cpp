@@ -260,8 +260,10 @@ TagResult LinkSession::checkedWrite(const TagDefinition& tag, const QByteArray& 
     if (m_clock.msecsSinceBoot() >= watch.limit)
         return {QByteArray(), QStringLiteral("not confirmed in time")};
     // The driver would wait for it as long as for a station that may still answer.
-    if (!watch.write_error.isEmpty() && m_port->stationHealth(tag.station).held_off)
-        return {QByteArray(), watch.write_error};
+    // The write's own error shows for some milliseconds only, and may not be seen.
+    if (m_port->stationHealth(tag.station).held_off)
+        return {QByteArray(),
+                watch.write_error.isEmpty() ? failureText(tag.station) : watch.write_error};
     TagResult result = read(tag);
     if (result.ok() && result.data == data)
         return result; // also when a first attempt failed
