@@ -82,7 +82,7 @@ private:
     void count(Counter counter, quint64 amount = 1);
 
     struct Postponed {
-        quint8 station;
+        quint8 station = 0;
         Transmission transmission;
     };
 
