@@ -421,11 +421,18 @@ end:
     od
 }
 
+/* Ends the polling thread's waits. */
+active proctype Clock() {
+end:
+    do
+    :: atomic { waiting -> waiting = false }
+    od
+}
+
 /* Time: probes fall due, and what has not come within the timeout never comes. */
 active proctype Time() {
 end:
     do
-    :: waiting -> waiting = false
 #ifndef NEVER_PROBED /* planted */
     :: atomic { held_off && !probe_due -> probe_due = true }
 #endif
