@@ -108,11 +108,13 @@ QString LinkSession::failureText(int station) {
     return QString::fromLatin1("no value from station %1").arg(station);
 }
 
+QByteArray LinkSession::readQueueSize() {
+    return m_driver->read(m_port.get(), CommunicatorCommand(QStringLiteral("WRITE_QUE_SIZE0"),
+                                                            CommunicatorCommand::Word, 1));
+}
+
 Result<void> LinkSession::start() {
-    const QByteArray data =
-        m_driver->read(m_port.get(), CommunicatorCommand(QStringLiteral("WRITE_QUE_SIZE0"),
-                                                         CommunicatorCommand::Word, 1));
-    if (data.isEmpty())
+    if (readQueueSize().isEmpty())
         return Failure(failureText(0));
     return {};
 }
@@ -153,9 +155,7 @@ QVector<TagResult> LinkSession::readAll(const QVector<TagDefinition>& tags) {
 
 int LinkSession::waitingWrites(int station) {
     m_port->setStationId(station);
-    const QByteArray data =
-        m_driver->read(m_port.get(), CommunicatorCommand(QStringLiteral("WRITE_QUE_SIZE0"),
-                                                         CommunicatorCommand::Word, 1));
+    const QByteArray data = readQueueSize();
     return data.size() < 2 ? 0 : qFromLittleEndian<quint16>(data.constData());
 }
 
@@ -287,7 +287,8 @@ TagResult LinkSession::write(const TagDefinition& tag, const QByteArray& data, b
     if (m_cancelled)
         return {QByteArray(), QLatin1String(Interrupted)};
     if (tag.address.kind != AddressKind::Data)
-        return hand(tag, data); // whatever the state of the line
+        return hand(tag, data);  // whatever the state of the line
+    m_port->askFor(tag.station); // no probe of another station is worth a person's wait
     const bool others_polled = !(m_session_stations - QSet<int>{tag.station}).isEmpty();
     setSession({tag});
     const auto restored = qScopeGuard([this] { setSession(m_polled); });

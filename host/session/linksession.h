@@ -104,6 +104,7 @@ private:
     };
 
     void setSession(const QVector<TagDefinition>& tags);
+    QByteArray readQueueSize(); // starts the driver's thread
     QString failureText(int station);
     void allow(Watch& watch, qint64 msecs) const;
     Result<void> awaitTurn(Watch& watch, bool must_answer);

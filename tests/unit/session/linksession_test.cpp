@@ -1,5 +1,6 @@
 #include "host/session/linksession.h"
 
+#include "tests/support/memorycontroller.h"
 #include "tests/unit/line/scriptedchannel.h"
 #include "tests/unit/session/datatag.h"
 #include "tests/unit/session/scripteddriver.h"
@@ -131,6 +132,23 @@ TEST_F(LinkSessionTest, ReadsAWriteBackAndPutsTheSessionBack) {
     EXPECT_EQ(m_driver.sessions,
               QStringList({QStringLiteral("1-NA20_3_1"), QStringLiteral("1-NA10_3_1"),
                            QStringLiteral("1-NA20_3_1")}));
+}
+
+TEST_F(LinkSessionTest, AWriteLetsTheNextRequestToItsStationThrough) {
+    const QByteArray request = cplFrame("0100XRN00LL00000010");
+    const auto exchange = [&] {
+        char buffer[64];
+        m_port->control(HostPort::DiscardReceived, QVariant(0));
+        m_port->writeBytes(request.constData(), request.size());
+        m_port->readBytes(buffer, sizeof buffer);
+    };
+    for (int i = 0; i < 3; ++i)
+        exchange();
+    ASSERT_TRUE(m_port->stationHealth(1).held_off);
+    m_session->write(dataTag("NA10"), Five);
+    const quint64 fences = m_port->statistics().fences;
+    exchange();
+    EXPECT_EQ(m_port->statistics().fences, fences + 1);
 }
 
 TEST_F(LinkSessionTest, WaitsUntilTheDriverHasSentWhatItQueued) {
